@@ -1,0 +1,151 @@
+/*
+ * vantor.h - the C interface of libvantor.
+ *
+ * Text, menus, dialogs and a progress window on a Linux framebuffer display, key
+ * presses from a TCA8418 keypad. Every call runs on the caller's thread; none is
+ * thread-safe. Colours are 0x00RRGGBB. Font 0 is the regular font, 1 the bold one.
+ *
+ * Start with InitFramebuffer, then InitCanvas for text, InitKeypad before menus and
+ * dialogs. Result 0 is success; the failure codes of each call are listed with it.
+ */
+#ifndef VANTOR_H
+#define VANTOR_H
+
+#include <stdint.h>
+
+#include "vantor/Enums.h"
+
+#ifdef __cplusplus
+using Vantor::eAlignCenter;
+using Vantor::eAlignFillLine;
+using Vantor::eAlignLeft;
+using Vantor::eAlignMode;
+using Vantor::eAlignRight;
+using Vantor::eDialogOk;
+using Vantor::eDialogOkCancel;
+using Vantor::eDialogType;
+using Vantor::eDialogYesNo;
+using Vantor::eMenuHorizontal;
+using Vantor::eMenuOrientation;
+using Vantor::eMenuVertical;
+extern "C" {
+#endif
+
+#if defined(__GNUC__)
+#define VANTOR_C_API __attribute__((visibility("default")))
+#else
+#define VANTOR_C_API
+#endif
+
+/* Key codes that WaitKey, menus and dialogs deliver. */
+#define VANTOR_KEY_UP 108     /* previous entry */
+#define VANTOR_KEY_DOWN 114   /* next entry */
+#define VANTOR_KEY_OK 10      /* choose */
+#define VANTOR_KEY_SELECT 103 /* choose */
+#define VANTOR_KEY_BACK 26    /* leave, result 0 */
+#define VANTOR_KEY_CANCEL 3   /* leave, result -3 */
+#define VANTOR_KEY_HOME 9     /* leave, result -4 */
+
+/* --- State ------------------------------------------------------------------ */
+
+/* Opens the framebuffer device (e.g. "/dev/fb0"), maps it and loads the fonts
+ * /usr/share/fonts/vantor/lr.tf and lb.tf. Returns the library's state record
+ * (opaque) or NULL with one line on stderr. A second call replaces the first
+ * framebuffer and deletes the canvas and widgets that drew on it. */
+VANTOR_C_API void* InitFramebuffer(const char* device);
+
+/* --- Screen ------------------------------------------------------------------ */
+
+/* Makes the main canvas at (x, y), width x height pixels, replacing an earlier one.
+ *  0 ok;  -2 no framebuffer, size below 1 or too large. */
+VANTOR_C_API int InitCanvas(int x, int y, int width, int height);
+/* Draws the main canvas's texts and shows it.  0 ok;  -2 no framebuffer or no canvas. */
+VANTOR_C_API int Update(void);
+/* Puts back the screen under progress window, dialog, menu and main canvas.
+ *  0 ok;  -2 no framebuffer. */
+VANTOR_C_API int Restore(void);
+/* Deletes every text and menu entry, blanks the canvases, shows the empty main canvas.
+ *  0 ok;  2 (positive) no framebuffer;  -2 no main canvas. */
+VANTOR_C_API int Clear(void);
+
+/* --- Text and colour ---------------------------------------------------------- */
+
+/* Each adds one line of text to the main canvas; it shows at the next Update.
+ *  0 ok, and also 0 (nothing added) without framebuffer or canvas;  -1 font not 0 or 1;
+ *  -2 out of memory. */
+VANTOR_C_API int WriteText(int x, int y, const char* text, uint32_t colour, int font);
+/* Inverse video: canvas background colour on cells of the given colour. */
+VANTOR_C_API int WriteInvText(int x, int y, const char* text, uint32_t colour, int font);
+VANTOR_C_API int WriteTextWithBackground(int x, int y, const char* text, uint32_t fg, uint32_t bg,
+                                         int font);
+/* align is an eAlignMode: left, centre or right, optionally plus eAlignFillLine. */
+VANTOR_C_API int WriteAlignedTextWithBackground(int x, int y, const char* text, uint32_t fg,
+                                                uint32_t bg, int font, int align);
+/* Cell size of a font; either pointer may be NULL.  0 ok;  -2 no framebuffer or bad font. */
+VANTOR_C_API int getFontSize(int font, int* width, int* height);
+/* Packed R,G,B bytes to the screen's pixel words (B,G,R,0 bytes). dst must hold
+ * 4 bytes per whole RGB triple. Returns 4*size/3;  -2 NULL pointer or size < 1. */
+VANTOR_C_API int RGB_to_RGBA(const unsigned char* src, unsigned char* dst, int size);
+
+/* --- Keys --------------------------------------------------------------------- */
+
+/* Finds the input device named "tca8418..." among input0..input8 and opens it.
+ *  0 ok;  -19 not found or not openable. */
+VANTOR_C_API int InitKeypad(void);
+/* Waits at most timeout seconds (0 looks once) for a key press.
+ * Returns a VANTOR_KEY_* code, or -1: no key pressed, no keypad, or an unknown key. */
+VANTOR_C_API int WaitKey(float timeout);
+
+/* --- Dialog ------------------------------------------------------------------- */
+
+/* Makes the dialog box (x, y, w, h), replacing an earlier one.  0 ok;  -2 no framebuffer. */
+VANTOR_C_API int InitDialog(int x, int y, int w, int h);
+/* Shows the NULL-terminated lines with the buttons of type (0 none, eDialogOk,
+ * eDialogOkCancel, eDialogYesNo) and waits for the user's choice.
+ * Returns 0 for type 0 at once; else the button id (1 Ok/Yes, 2 Cancel/No), 0 back,
+ * -3 cancel, -4 home, -1 unknown type;  -2 no framebuffer, no dialog, lines NULL, or
+ * (types 1 to 3) no usable keypad. */
+VANTOR_C_API int ShowDialog(const char** lines, int type, int align);
+/* Blanks the dialog's box.  0 ok;  -2 no framebuffer or no dialog. */
+VANTOR_C_API int HideDialog(void);
+
+/* --- Menu --------------------------------------------------------------------- */
+
+/* Makes an empty menu with its top-left corner at (x, y).  0 ok;  -2 no framebuffer. */
+VANTOR_C_API int InitMenu(int x, int y);
+/* Appends the NULL-terminated entries (numbered from 1) and lets the user choose.
+ * Returns the chosen number, 0 back, -3 cancel, -4 home, -1 no entries;
+ *  -2 no framebuffer, no menu, entries NULL or no usable keypad. */
+VANTOR_C_API int ShowMenu(const char** entries, int orientation, int align);
+
+/* --- Progress window ---------------------------------------------------------- */
+
+/* Makes the progress window (x, y, w, h) captioned "Progress:".
+ *  0 ok;  -2 no framebuffer, size below 1 or too large. */
+VANTOR_C_API int InitProgress(int x, int y, int w, int h);
+/* Sets text (unless NULL) and percent, saves the screen under the window and shows it.
+ *  0 ok;  -2 no framebuffer or no progress window. */
+VANTOR_C_API int ShowProgress(const char* text, int align, float percent);
+/* Repaints a shown window: only the bar when text is NULL, else the whole window.
+ *  0 ok;  -2 no framebuffer or no progress window. */
+VANTOR_C_API int UpdateProgress(const char* text, int align, float percent);
+/* Puts back what the window covered.  0 ok;  -2 no framebuffer or no progress window. */
+VANTOR_C_API int HideProgress(void);
+
+/* --- File copy ---------------------------------------------------------------- */
+
+/* Copies source to target in 1 MiB blocks, moving the progress bar from where it
+ * stands by share percent, with text (may be NULL) as its caption. The target is
+ * created with mode 0644 (less the umask), ends up exactly as long as the source and
+ * is flushed to storage before success is reported.
+ *  0 ok;  -13 source status unreadable (or 2 GiB and more);  -1 source or target not
+ *  openable, or a read failed;  -5 a write, or flushing the target to storage, failed.
+ *  Each failure prints one line on stderr. */
+VANTOR_C_API int CopyFileWithProgress(const char* source, const char* target, const char* text,
+                                      float share);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif /* VANTOR_H */

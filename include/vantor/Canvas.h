@@ -1,0 +1,83 @@
+#ifndef VANTOR_CANVAS_H
+#define VANTOR_CANVAS_H
+
+#include <stdint.h>
+
+#include <list>
+
+#include "vantor/Export.h"
+#include "vantor/Frame.h"
+#include "vantor/GObj.h"
+#include "vantor/Point.h"
+#include "vantor/RGBA24.h"
+
+namespace Vantor {
+
+// An off-screen surface of 32-bit pixels with a place on the screen. It owns a list of
+// drawable objects and redraws them on request; a second buffer keeps the screen
+// pixels it covers so they can be put back when the canvas goes away.
+class VANTOR_API CCanvas {
+  public:
+    CCanvas();
+    CCanvas(int x, int y, int width, int height);
+    virtual ~CCanvas();
+    CCanvas(const CCanvas&) = delete;
+    CCanvas& operator=(const CCanvas&) = delete;
+
+    int getWidth() const { return frame.getWidth(); }
+    int getHeight() const { return frame.getHeight(); }
+
+    // Size and place.
+    void setSize(int width, int height);
+    void setOffset(int x, int y);
+    virtual int getFootprint(CFrame& footprint);
+    int Resize(CFrame& footprint, int margin);
+    int Autoresize(int margin);
+
+    // Object list.
+    void Refresh();
+    void Clear();
+
+    // Pixel operations, all in canvas-local coordinates and clipped to the canvas.
+    bool Contains(int x, int y) const;
+    bool Contains(const CPoint& p) const { return Contains(p.x, p.y); }
+    int setPoint(int x, int y, const CRGBA24& colour);
+    int setPoint(const CPoint& p, const CRGBA24& colour) { return setPoint(p.x, p.y, colour); }
+    int clearPoint(const CPoint& p);
+    int setLine(const CPoint& a, const CPoint& b, int width, const CRGBA24& colour);
+    int setGlyph(const CPoint& p, unsigned int* bits, int width, int height, const CRGBA24& colour);
+    void NormalizePoint(int& x, int& y) const;
+    void NormalizePoint(CPoint& p) const { NormalizePoint(p.x, p.y); }
+    void NormalizeRectangle(int& x1, int& y1, int& x2, int& y2) const;
+    void NormalizeRectangle(CPoint& a, CPoint& b) const { NormalizeRectangle(a.x, a.y, b.x, b.y); }
+    int setRectangle(const CPoint& a, const CPoint& b, const CRGBA24& colour);
+    int setRectangleFrame(const CPoint& a, const CPoint& b, const CRGBA24& colour);
+
+    // Transfers between the canvas and a screen of 32-bit pixels in rows of
+    // screenWidth; everything off the screen is skipped.
+    void SaveBackground(unsigned int* screen, int screenWidth, int screenHeight);
+    void RestoreBackground(unsigned int* screen, int screenWidth, int screenHeight);
+    int Paint(const CPoint& a, const CPoint& b, unsigned int* screen, int screenWidth,
+              int screenHeight);
+    int Paint(unsigned int* screen, int screenWidth, int screenHeight);
+
+    CFrame frame;
+    uint32_t* pPixels;
+    uint32_t* pBackground;
+    bool modified;
+    CRGBA24 background;
+    std::list<CGObj*> objects;
+
+  private:
+    void ReleaseBuffers();
+    void AllocateBuffers();
+    void FillPixels(uint32_t value);
+    void DeleteObjects();
+    template <typename Copy>
+    void ForEachScreenPixel(int x1, int y1, int x2, int y2, unsigned int* screen, int screenWidth,
+                            int screenHeight, Copy copy);
+};
+
+}  // namespace Vantor
+
+#endif

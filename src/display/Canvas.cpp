@@ -1,0 +1,139 @@
+#include "vantor/Canvas.h"
+
+#include <algorithm>
+#include <climits>
+#include <cstddef>
+
+namespace Vantor {
+
+CCanvas::CCanvas()
+    : frame(CPoint(-1, -1), CPoint(-1, -1)),
+      pPixels(nullptr),
+      pBackground(nullptr),
+      modified(false),
+      background(0) {}
+
+CCanvas::CCanvas(int x, int y, int width, int height)
+    : frame(x, y, width, height),
+      pPixels(nullptr),
+      pBackground(nullptr),
+      modified(false),
+      background(0) {
+    AllocateBuffers();
+}
+
+CCanvas::~CCanvas() {
+    DeleteObjects();
+    ReleaseBuffers();
+}
+
+void CCanvas::ReleaseBuffers() {
+    delete[] pPixels;
+    pPixels = nullptr;
+    delete[] pBackground;
+    pBackground = nullptr;
+}
+
+// Buffers always match the frame, which is never smaller than one pixel; the product is
+// taken in size_t so a huge request fails as an allocation error instead of wrapping.
+void CCanvas::AllocateBuffers() {
+    const size_t count = static_cast<size_t>(getWidth()) * static_cast<size_t>(getHeight());
+    uint32_t* pixels = new uint32_t[count]();
+    try {
+        pBackground = new uint32_t[count]();
+    } catch (...) {
+        delete[] pixels;
+        throw;
+    }
+    pPixels = pixels;
+}
+
+void CCanvas::FillPixels(uint32_t value) {
+    if (pPixels == nullptr) return;
+    std::fill_n(pPixels, static_cast<size_t>(getWidth()) * getHeight(), value);
+}
+
+void CCanvas::DeleteObjects() {
+    while (!objects.empty()) {
+        CGObj* object = objects.front();
+        objects.pop_front();
+        delete object;
+    }
+}
+
+void CCanvas::setSize(int width, int height) {
+    width = std::max(width, 1);
+    height = std::max(height, 1);
+    if (pPixels != nullptr && width == getWidth() && height == getHeight()) {
+        if (pBackground == nullptr) {
+            pBackground = new uint32_t[static_cast<size_t>(width) * height]();
+        }
+        modified = true;
+        return;
+    }
+    ReleaseBuffers();
+    frame = CFrame(frame.topLeft.x, frame.topLeft.y, width, height);
+    AllocateBuffers();
+    modified = true;
+}
+
+void CCanvas::setOffset(int x, int y) {
+    if (frame.topLeft == CPoint(x, y)) return;
+    frame = CFrame(x, y, getWidth(), getHeight());
+    modified = true;
+}
+
+int CCanvas::getFootprint(CFrame& footprint) {
+    if (objects.empty()) {
+        footprint = CFrame(CPoint(0, 0), CPoint(0, 0));
+        return -1;
+    }
+    footprint = CFrame(CPoint(INT_MAX, INT_MAX), CPoint(INT_MIN, INT_MIN));
+    for (CGObj* object : objects) {
+        int width = 0;
+        int height = 0;
+        CPoint position;
+        object->getSize(width, height);
+        object->getPosition(position);
+        footprint.topLeft.x = std::min(footprint.topLeft.x, position.x);
+        footprint.topLeft.y = std::min(footprint.topLeft.y, position.y);
+        footprint.bottomRight.x = std::max(footprint.bottomRight.x, position.x + width);
+        footprint.bottomRight.y = std::max(footprint.bottomRight.y, position.y + height);
+    }
+    return 0;
+}
+
+int CCanvas::Resize(CFrame& footprint, int margin) {
+    const CPoint origin = frame.topLeft;
+    footprint.bottomRight.x += 2 * margin;
+    footprint.bottomRight.y += 2 * margin;
+    if (objects.empty()) return 0;
+    for (CGObj* object : objects) {
+        CPoint position;
+        object->getPosition(position);
+        object->setPosition(CPoint(position.x - footprint.topLeft.x + margin,
+                                   position.y - footprint.topLeft.y + margin));
+    }
+    setSize(footprint.getWidth(), footprint.getHeight());
+    setOffset(origin.x, origin.y);
+    modified = true;
+    return 0;
+}
+
+int CCanvas::Autoresize(int margin) {
+    CFrame footprint;
+    if (getFootprint(footprint) != 0) return -1;
+    return Resize(footprint, margin);
+}
+
+void CCanvas::Refresh() {
+    FillPixels(background.value);
+    for (CGObj* object : objects) object->Draw(*this);
+}
+
+void CCanvas::Clear() {
+    FillPixels(background.value);
+    DeleteObjects();
+}
+
+}  // namespace Vantor

@@ -1,0 +1,409 @@
+// The C interface: the state record, the load and unload hooks, the crash report and
+// every exported function. Each call decides its result code here.
+#include "vantor.h"
+
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <climits>
+#include <cstring>
+#include <iostream>
+#include <memory>
+
+#include "Boundary.h"
+#include "ContextKeypad.h"
+#include "vantor/AsciiText.h"
+#include "vantor/BitmapFont.h"
+#include "vantor/Canvas.h"
+#include "vantor/Context.h"
+#include "vantor/Dialog.h"
+#include "vantor/Framebuffer.h"
+#include "vantor/Menu.h"
+#include "vantor/Progress.h"
+#include "vantor/ProgressBar.h"
+#include "vantor/TCA8418Keypad.h"
+
+namespace Vantor {
+
+context* pContext = nullptr;
+
+namespace {
+
+// No device needs a canvas anywhere near this; a wild size from a bad argument fails
+// at once instead of pushing a small device into memory exhaustion.
+const long long kMaxCanvasPixels = 1LL << 26;
+
+CContextKeypad& WidgetKeypad() {
+    static CContextKeypad keypad;
+    return keypad;
+}
+
+bool IsValid() {
+    return IsContextValid(pContext);
+}
+
+CFramebuffer& Screen() {
+    return *pContext->pFramebuffer;
+}
+
+bool IsAcceptableSize(int width, int height) {
+    return width >= 1 && height >= 1 && static_cast<long long>(width) * height <= kMaxCanvasPixels;
+}
+
+CBitmapFont* FontFromSelector(int font) {
+    if (font == 0) return Screen().pFontRegular;
+    if (font == 1) return Screen().pFontBold;
+    return nullptr;
+}
+
+template <typename T>
+void Replace(T*& slot, T* object) {
+    T* old = slot;
+    slot = object;
+    delete old;
+}
+
+// Everything that draws with the framebuffer's fonts or on its screen goes with it.
+void ReleaseScreenObjects() {
+    Replace(pContext->pCanvas, static_cast<CCanvas*>(nullptr));
+    Replace(pContext->pDialog, static_cast<CDialog*>(nullptr));
+    Replace(pContext->pProgress, static_cast<CProgress*>(nullptr));
+    Replace(pContext->pMenu, static_cast<CMenu*>(nullptr));
+    Replace(pContext->pFramebuffer, static_cast<CFramebuffer*>(nullptr));
+}
+
+void InstallCrashHandler() {
+    struct sigaction current;
+    std::memset(&current, 0, sizeof(current));
+    sigaction(SIGSEGV, nullptr, &current);
+    if (current.sa_sigaction == handler) return;
+    struct sigaction action;
+    std::memset(&action, 0, sizeof(action));
+    sigemptyset(&action.sa_mask);
+    action.sa_sigaction = handler;
+    action.sa_flags = SA_SIGINFO;
+    sigaction(SIGSEGV, &action, nullptr);
+    sigaction(SIGABRT, &action, nullptr);
+}
+
+void Line(const char* text) {
+    std::cerr << text << std::endl;
+}
+
+}  // namespace
+
+bool IsContextValid(context* ctx) {
+    return ctx != nullptr && ctx->pFramebuffer != nullptr && ctx->pFramebuffer->pScreen != nullptr;
+}
+
+__attribute__((constructor(101))) void VantorInit() {
+    InstallCrashHandler();
+    pContext = new (std::nothrow) context();
+}
+
+__attribute__((destructor(101))) void VantorCleanup() {
+    if (pContext == nullptr) return;
+    Replace(pContext->pFramebuffer, static_cast<CFramebuffer*>(nullptr));
+    Replace(pContext->pCanvas, static_cast<CCanvas*>(nullptr));
+    Replace(pContext->pDialog, static_cast<CDialog*>(nullptr));
+    Replace(pContext->pProgress, static_cast<CProgress*>(nullptr));
+    Replace(pContext->pMenu, static_cast<CMenu*>(nullptr));
+    Replace(pContext->pKeypad, static_cast<CKeypad*>(nullptr));
+    delete pContext;
+    pContext = nullptr;
+}
+
+// A faulting access is retried when the handler returns and would fault again
+// forever; after reporting a fault raised by the hardware the default action is put
+// back, so the retry ends the process as an unhandled crash would. A signal sent by
+// a program (si_code 0 or below) cannot recur that way and leaves the handler in place.
+void handler(int signal, siginfo_t* info, void*) {
+    siginfo_t empty;
+    if (info == nullptr) {
+        std::memset(&empty, 0, sizeof(empty));
+        info = &empty;
+    }
+    std::cerr << "Signal caught!" << std::endl;
+    std::cerr << "\tSignal number: " << info->si_signo << std::endl;
+    std::cerr << "\tError number:  " << info->si_errno << std::endl;
+    std::cerr << "\tSignal code:   " << info->si_code << std::endl;
+    if (signal == SIGABRT) {
+        std::cerr << "Abort!" << std::endl;
+    } else if (signal == SIGSEGV) {
+        std::cerr << "Segmentation fault!" << std::endl;
+        std::cerr << "Offending address: " << std::hex << info->si_addr << std::endl;
+        if (info->si_code > 0) ::signal(SIGSEGV, SIG_DFL);
+    } else {
+        std::cerr << "Signal: " << signal << std::endl;
+    }
+}
+
+}  // namespace Vantor
+
+using namespace Vantor;
+
+namespace {
+
+int AddText(int x, int y, const char* text, const CRGBA24& fg, const CRGBA24& bg, int font,
+            int align) {
+    if (!IsValid() || pContext->pCanvas == nullptr) return 0;
+    CBitmapFont* selected = FontFromSelector(font);
+    if (selected == nullptr) return -1;
+    std::unique_ptr<CAsciiText> line(new CAsciiText(text, *selected, CPoint(x, y), fg, bg));
+    line->setAlignment(static_cast<eAlignMode>(align));
+    pContext->pCanvas->objects.push_back(line.get());
+    line.release();
+    return 0;
+}
+
+CRGBA24 CanvasBackground() {
+    return (IsValid() && pContext->pCanvas != nullptr) ? pContext->pCanvas->background : CRGBA24(0);
+}
+
+}  // namespace
+
+/* --- State and screen -------------------------------------------------------------- */
+
+void* InitFramebuffer(const char* device) {
+    return Guarded<void*>("InitFramebuffer", nullptr, [&]() -> void* {
+        if (pContext == nullptr) {
+            Line("InitFramebuffer: context allocation error");
+            return nullptr;
+        }
+        ReleaseScreenObjects();
+        pContext->pFramebuffer = new CFramebuffer(device);
+        if (pContext->pFramebuffer->pScreen == nullptr) {
+            Line("InitFramebuffer: allocation failed");
+            return nullptr;
+        }
+        return pContext;
+    });
+}
+
+int InitCanvas(int x, int y, int width, int height) {
+    return Guarded("InitCanvas", -2, [&] {
+        if (!IsValid() || !IsAcceptableSize(width, height)) return -2;
+        Replace(pContext->pCanvas, Screen().CreateCanvas(x, y, width, height));
+        return 0;
+    });
+}
+
+int Update(void) {
+    return Guarded("Update", -2, [] {
+        if (!IsValid() || pContext->pCanvas == nullptr) return -2;
+        Screen().Refresh(*pContext->pCanvas);
+        return 0;
+    });
+}
+
+int Restore(void) {
+    return Guarded("Restore", -2, [] {
+        if (!IsValid()) return -2;
+        CFramebuffer& fb = Screen();
+        CCanvas* covering[] = {pContext->pProgress, pContext->pDialog, pContext->pMenu,
+                               pContext->pCanvas};
+        for (CCanvas* canvas : covering) {
+            if (canvas != nullptr) {
+                canvas->RestoreBackground(fb.pScreen, fb.getScreenWidth(), fb.getScreenHeight());
+            }
+        }
+        return 0;
+    });
+}
+
+int Clear(void) {
+    return Guarded("Clear", -2, [] {
+        if (!IsValid()) return 2;
+        // The widgets forget the objects they pointed to as the objects are deleted.
+        if (pContext->pProgress != nullptr) pContext->pProgress->Clear();
+        if (pContext->pDialog != nullptr) pContext->pDialog->Clear();
+        if (pContext->pMenu != nullptr) pContext->pMenu->Clear();
+        if (pContext->pCanvas == nullptr) return -2;
+        pContext->pCanvas->Clear();
+        Update();
+        return 0;
+    });
+}
+
+/* --- Text and colour --------------------------------------------------------------- */
+
+int WriteText(int x, int y, const char* text, uint32_t colour, int font) {
+    return Guarded("WriteText", -2, [&] {
+        return AddText(x, y, text, colour, CanvasBackground(), font, eAlignLeft);
+    });
+}
+
+int WriteInvText(int x, int y, const char* text, uint32_t colour, int font) {
+    return Guarded("WriteInvText", -2, [&] {
+        return AddText(x, y, text, CanvasBackground(), colour, font, eAlignLeft);
+    });
+}
+
+int WriteTextWithBackground(int x, int y, const char* text, uint32_t fg, uint32_t bg, int font) {
+    return Guarded("WriteTextWithBackground", -2,
+                   [&] { return AddText(x, y, text, fg, bg, font, eAlignLeft); });
+}
+
+int WriteAlignedTextWithBackground(int x, int y, const char* text, uint32_t fg, uint32_t bg,
+                                   int font, int align) {
+    return Guarded("WriteAlignedTextWithBackground", -2,
+                   [&] { return AddText(x, y, text, fg, bg, font, align); });
+}
+
+int getFontSize(int font, int* width, int* height) {
+    if (!IsValid()) return -2;
+    const CBitmapFont* selected = FontFromSelector(font);
+    if (selected == nullptr) return -2;
+    if (width != nullptr) *width = selected->header.glyphWidth;
+    if (height != nullptr) *height = selected->header.glyphHeight;
+    return 0;
+}
+
+// Leftover bytes of an incomplete triple are not converted but still count in the
+// result, which is 4/3 of the size for any size.
+int RGB_to_RGBA(const unsigned char* src, unsigned char* dst, int size) {
+    if (src == nullptr || dst == nullptr || size < 1) return -2;
+    for (int i = 0; i < size / 3; ++i) {
+        dst[4 * i] = src[3 * i + 2];
+        dst[4 * i + 1] = src[3 * i + 1];
+        dst[4 * i + 2] = src[3 * i];
+        dst[4 * i + 3] = 0;
+    }
+    return static_cast<int>(4LL * size / 3);
+}
+
+/* --- Keys -------------------------------------------------------------------------- */
+
+int InitKeypad(void) {
+    return Guarded("InitKeypad", -19, [] {
+        if (pContext == nullptr) return -19;
+        Replace(pContext->pKeypad, static_cast<CKeypad*>(nullptr));
+        pContext->pKeypad = new CTCA8418Keypad();
+        if (pContext->pKeypad->pDevicePath == nullptr) return -19;
+        if (pContext->pKeypad->OpenDevice() != 0) return -19;
+        return 0;
+    });
+}
+
+int WaitKey(float timeout) {
+    return Guarded("WaitKey", -1, [&] {
+        if (pContext == nullptr || pContext->pKeypad == nullptr) return -1;
+        return pContext->pKeypad->WaitKeyEvent(timeout);
+    });
+}
+
+/* --- Dialog ------------------------------------------------------------------------ */
+
+int InitDialog(int x, int y, int w, int h) {
+    return Guarded("InitDialog", -2, [&] {
+        if (!IsValid() || !IsAcceptableSize(w, h)) return -2;
+        Replace(pContext->pDialog, Screen().CreateDialog(WidgetKeypad(), x, y, w, h, eDialogYesNo));
+        return 0;
+    });
+}
+
+int ShowDialog(const char** lines, int type, int align) {
+    return Guarded("ShowDialog", -2, [&] {
+        if (!IsValid() || lines == nullptr || pContext->pDialog == nullptr) return -2;
+        const bool waitsForKeys = type >= eDialogOk && type <= eDialogYesNo;
+        if (waitsForKeys && !CContextKeypad::IsUsable()) return -2;
+        CDialog& dialog = *pContext->pDialog;
+        CBitmapFont& font = *Screen().pFontRegular;
+        const int lineHeight = font.header.glyphHeight;
+        for (int k = 0; lines[k] != nullptr; ++k) {
+            std::unique_ptr<CAsciiText> line(
+                new CAsciiText(lines[k], font, CPoint(2, 2 + k * lineHeight)));
+            line->setAlignment(static_cast<eAlignMode>(align));
+            dialog.objects.push_back(line.get());
+            line.release();
+        }
+        dialog.dialogType = static_cast<eDialogType>(type);
+        CFramebuffer& fb = Screen();
+        return dialog.QueryDialog(fb.pScreen, fb.getScreenWidth(), fb.getScreenHeight(), 0.0f);
+    });
+}
+
+int HideDialog(void) {
+    return Guarded("HideDialog", -2, [] {
+        if (!IsValid() || pContext->pDialog == nullptr) return -2;
+        CFramebuffer& fb = Screen();
+        pContext->pDialog->RestoreBackground(fb.pScreen, fb.getScreenWidth(), fb.getScreenHeight());
+        return 0;
+    });
+}
+
+/* --- Menu -------------------------------------------------------------------------- */
+
+int InitMenu(int x, int y) {
+    return Guarded("InitMenu", -2, [&] {
+        if (!IsValid()) return -2;
+        Replace(pContext->pMenu, Screen().CreateMenu(WidgetKeypad(), x, y, eMenuVertical));
+        return 0;
+    });
+}
+
+int ShowMenu(const char** entries, int orientation, int align) {
+    return Guarded("ShowMenu", -2, [&] {
+        if (!IsValid() || pContext->pMenu == nullptr || entries == nullptr) return -2;
+        if (!CContextKeypad::IsUsable()) return -2;
+        CMenu& menu = *pContext->pMenu;
+        menu.orientation = static_cast<eMenuOrientation>(orientation);
+        menu.itemAlignment = static_cast<eAlignMode>(align);
+        for (int n = 1; entries[n - 1] != nullptr; ++n) menu.AddItem(n, entries[n - 1], false);
+        menu.Draw();
+        menu.Autoresize(3);
+        CFramebuffer& fb = Screen();
+        return menu.QueryMenu(fb.pScreen, fb.getScreenWidth(), fb.getScreenHeight(), 0.2f);
+    });
+}
+
+/* --- Progress window --------------------------------------------------------------- */
+
+int InitProgress(int x, int y, int w, int h) {
+    return Guarded("InitProgress", -2, [&] {
+        if (!IsValid() || !IsAcceptableSize(w, h)) return -2;
+        CFramebuffer& fb = Screen();
+        Replace(pContext->pProgress, fb.CreateProgress(*fb.pFontRegular, "Progress:", x, y, w, h));
+        return 0;
+    });
+}
+
+int ShowProgress(const char* text, int align, float percent) {
+    return Guarded("ShowProgress", -2, [&] {
+        if (!IsValid() || pContext->pProgress == nullptr) return -2;
+        CProgress& progress = *pContext->pProgress;
+        if (text != nullptr) progress.setText(text, static_cast<eAlignMode>(align));
+        progress.setProgress(percent);
+        CFramebuffer& fb = Screen();
+        progress.ShowProgress(fb.pScreen, fb.getScreenWidth(), fb.getScreenHeight());
+        return 0;
+    });
+}
+
+int UpdateProgress(const char* text, int align, float percent) {
+    return Guarded("UpdateProgress", -2, [&] {
+        if (!IsValid() || pContext->pProgress == nullptr) return -2;
+        CProgress& progress = *pContext->pProgress;
+        CFramebuffer& fb = Screen();
+        progress.setProgress(percent);
+        if (text == nullptr) {
+            progress.PaintProgress(fb.pScreen, fb.getScreenWidth(), fb.getScreenHeight());
+            return 0;
+        }
+        progress.setText(text, static_cast<eAlignMode>(align));
+        progress.Paint(fb.pScreen, fb.getScreenWidth(), fb.getScreenHeight());
+        return 0;
+    });
+}
+
+int HideProgress(void) {
+    return Guarded("HideProgress", -2, [] {
+        if (!IsValid() || pContext->pProgress == nullptr) return -2;
+        CFramebuffer& fb = Screen();
+        pContext->pProgress->RestoreBackground(fb.pScreen, fb.getScreenWidth(),
+                                               fb.getScreenHeight());
+        return 0;
+    });
+}

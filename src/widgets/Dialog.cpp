@@ -1,0 +1,59 @@
+#include "vantor/Dialog.h"
+
+#include "vantor/Menu.h"
+
+namespace Vantor {
+
+CDialog::CDialog(CBitmapFont& f, CKeypad& k, int x, int y, int width, int height, eDialogType type)
+    : CCanvas(x, y, width, height), keypad(k), font(f), dialogType(type), pMenu(nullptr) {}
+
+CDialog::~CDialog() {
+    delete pMenu;
+    pMenu = nullptr;
+}
+
+void CDialog::AddButtons() {
+    switch (dialogType) {
+        case eDialogOk:
+            pMenu->AddItem(1, "Ok", true);
+            break;
+        case eDialogOkCancel:
+            pMenu->AddItem(1, "Ok", false);
+            pMenu->AddItem(2, "Cancel", true);
+            break;
+        case eDialogYesNo:
+            pMenu->AddItem(1, "Yes", false);
+            pMenu->AddItem(2, "No", true);
+            break;
+        default:
+            break;  // an unknown type gets no buttons, and its query answers -1
+    }
+}
+
+// The button row sits in the dialog's bottom-right corner, one pixel in from its
+// right and bottom edges.
+int CDialog::CreateMenu() {
+    delete pMenu;
+    pMenu = nullptr;
+    pMenu = new CMenu(font, keypad);
+    pMenu->orientation = eMenuHorizontal;
+    AddButtons();
+    pMenu->Draw();
+    pMenu->Autoresize(3);
+    pMenu->setOffset(frame.bottomRight.x - pMenu->getWidth(),
+                     frame.bottomRight.y - pMenu->getHeight());
+    return 0;
+}
+
+// Nothing ever saves the screen under a dialog, so leaving it paints its box black.
+int CDialog::QueryDialog(unsigned int* screen, int screenWidth, int screenHeight, float timeout) {
+    if (dialogType != 0) CreateMenu();
+    Refresh();
+    Paint(screen, screenWidth, screenHeight);
+    if (dialogType == 0) return 0;
+    const int result = pMenu->QueryMenu(screen, screenWidth, screenHeight, timeout);
+    RestoreBackground(screen, screenWidth, screenHeight);
+    return result;
+}
+
+}  // namespace Vantor

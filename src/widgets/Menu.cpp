@@ -1,0 +1,149 @@
+#include "vantor/Menu.h"
+
+#include <iterator>
+
+#include "vantor/Keypad.h"
+#include "vantor/MenuItem.h"
+
+namespace Vantor {
+
+namespace {
+
+const int kKeyPrevious = 108;
+const int kKeyNext = 114;
+const int kKeyChoose = 10;
+const int kKeySelect = 103;
+const int kKeyBack = 26;
+const int kKeyCancel = 3;
+const int kKeyHome = 9;
+
+const uint32_t kWhite = 0xFFFFFF;
+const uint32_t kBlack = 0x000000;
+
+}  // namespace
+
+CMenu::CMenu(CBitmapFont& f, CKeypad& k)
+    : CCanvas(),
+      pSelectedItem(nullptr),
+      font(f),
+      keypad(k),
+      orientation(eMenuVertical),
+      itemAlignment(eAlignLeft) {}
+
+CMenu::~CMenu() {
+    pSelectedItem = nullptr;
+}
+
+int CMenu::AddItem(int id, const char* text, bool selected) {
+    CMenuItem* item = new CMenuItem(text, font, id);
+    item->setAlignment(itemAlignment);
+    objects.push_back(item);
+    if (selected) pSelectedItem = item;
+    return 0;
+}
+
+// Places the entries so they can be measured, and draws them into the canvas. A
+// column steps down by the text height plus 8, a row right by the text width plus 15.
+int CMenu::Draw() {
+    if (objects.empty()) return -1;
+    if (orientation != eMenuVertical && orientation != eMenuHorizontal) return 0;
+    CPoint at(5, 5);
+    for (CGObj* entry : objects) {
+        int width = 0;
+        int height = 0;
+        entry->setPosition(at);
+        entry->getSize(width, height);
+        if (orientation == eMenuVertical) {
+            at.y += height + 8;
+        } else {
+            at.x += width + 15;
+        }
+        entry->Draw(*this);
+    }
+    return 0;
+}
+
+int CMenu::AdjustColors() {
+    if (pSelectedItem == nullptr && !objects.empty()) {
+        pSelectedItem = static_cast<CMenuItem*>(objects.front());
+    }
+    for (CGObj* object : objects) {
+        CMenuItem* entry = static_cast<CMenuItem*>(object);
+        const bool selected = entry == pSelectedItem;
+        entry->foreground = CRGBA24(selected ? kBlack : kWhite);
+        entry->background = CRGBA24(selected ? kWhite : kBlack);
+    }
+    return 0;
+}
+
+void CMenu::Clear() {
+    pSelectedItem = nullptr;
+    CCanvas::Clear();
+}
+
+int CMenu::QueryMenu(unsigned int* screen, int screenWidth, int screenHeight, float timeout) {
+    // An empty menu, or one never sized, has nothing to show and no buffer to show it from.
+    if (objects.empty() || pPixels == nullptr) return -1;
+    SaveBackground(screen, screenWidth, screenHeight);
+    PaintMenu(screen, screenWidth, screenHeight);
+    const int result = WaitForChoice(screen, screenWidth, screenHeight, timeout);
+    RestoreBackground(screen, screenWidth, screenHeight);
+    return result;
+}
+
+void CMenu::PaintMenu(unsigned int* screen, int screenWidth, int screenHeight) {
+    AdjustColors();
+    Draw();
+    Paint(screen, screenWidth, screenHeight);
+}
+
+// The time-out bounds each single wait only: a wait without a key, and any key the
+// menu does not know, just lead to the next wait.
+int CMenu::WaitForChoice(unsigned int* screen, int screenWidth, int screenHeight, float timeout) {
+    for (;;) {
+        switch (keypad.WaitKeyEvent(timeout)) {
+            case kKeyPrevious:
+                SelectNeighbour(false);
+                PaintMenu(screen, screenWidth, screenHeight);
+                break;
+            case kKeyNext:
+                SelectNeighbour(true);
+                PaintMenu(screen, screenWidth, screenHeight);
+                break;
+            case kKeyChoose:
+            case kKeySelect:
+                return SelectedId();
+            case kKeyBack:
+                return 0;
+            case kKeyCancel:
+                return -3;
+            case kKeyHome:
+                return -4;
+            default:
+                break;
+        }
+    }
+}
+
+void CMenu::SelectNeighbour(bool forward) {
+    auto current = objects.begin();
+    while (current != objects.end() && *current != pSelectedItem) ++current;
+    if (current == objects.end()) {
+        pSelectedItem = static_cast<CMenuItem*>(forward ? objects.front() : objects.back());
+        return;
+    }
+    if (forward) {
+        ++current;
+        if (current == objects.end()) current = objects.begin();
+    } else {
+        if (current == objects.begin()) current = objects.end();
+        --current;
+    }
+    pSelectedItem = static_cast<CMenuItem*>(*current);
+}
+
+int CMenu::SelectedId() const {
+    return pSelectedItem == nullptr ? 0 : pSelectedItem->id;
+}
+
+}  // namespace Vantor
