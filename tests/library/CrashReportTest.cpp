@@ -1,0 +1,66 @@
+// The crash report written on the error stream for SIGSEGV, SIGABRT and other signals.
+#include <gtest/gtest.h>
+#include <signal.h>
+
+#include <cstdlib>
+#include <iostream>
+
+#include "vantor/Context.h"
+
+namespace {
+
+void RaiseTwiceAndExit(int first, int second) {
+    raise(first);
+    raise(second);
+    std::cerr << 11 << std::endl;  // the stream stays in hexadecimal after a fault report
+    std::exit(0);
+}
+
+}  // namespace
+
+TEST(CrashReport, InstalledForSegvAndAbortWithSigInfoOnly) {
+    for (int signal : {SIGSEGV, SIGABRT}) {
+        struct sigaction action;
+        sigaction(signal, nullptr, &action);
+        EXPECT_EQ(&Vantor::handler, action.sa_sigaction);
+        const int kRestorer = 0x04000000;  // added by the C library to every action
+        EXPECT_EQ(SA_SIGINFO, action.sa_flags & ~kRestorer);
+        EXPECT_EQ(0, sigismember(&action.sa_mask, SIGINT));
+    }
+}
+
+TEST(CrashReportDeathTest, AbortReportsFiveLinesAndTheProcessEnds) {
+    EXPECT_DEATH(abort(),
+                 "^Signal caught!\n\tSignal number: 6\n\tError number:  0\n\tSignal code:   -6\n"
+                 "Abort!\n$");
+}
+
+TEST(CrashReportDeathTest, SentSegvIsReportedAndLeavesTheStreamInHex) {
+    EXPECT_EXIT(RaiseTwiceAndExit(SIGSEGV, SIGSEGV), ::testing::ExitedWithCode(0),
+                "Segmentation fault!\nOffending address: 0x[0-9a-f]+\nSignal caught!\n"
+                "\tSignal number: b\n.*\nb\n$");
+}
+
+TEST(CrashReportDeathTest, RealFaultIsReportedOnceAndEndsTheProcess) {
+    EXPECT_EXIT(
+        {
+            volatile int* nowhere = reinterpret_cast<int*>(0x1c);
+            *nowhere = 1;
+        },
+        ::testing::KilledBySignal(SIGSEGV),
+        "^Signal caught!\n\tSignal number: 11\n\tError number:  0\n\tSignal code:   1\n"
+        "Segmentation fault!\nOffending address: 0x1c\n$");
+}
+
+TEST(CrashReportDeathTest, OtherSignalsNameTheirNumber) {
+    EXPECT_EXIT(
+        {
+            struct sigaction action = {};
+            action.sa_sigaction = Vantor::handler;
+            action.sa_flags = SA_SIGINFO;
+            sigaction(SIGTERM, &action, nullptr);
+            raise(SIGTERM);
+            std::exit(3);
+        },
+        ::testing::ExitedWithCode(3), "\tSignal code:   -6\nSignal: 15\n$");
+}

@@ -1,0 +1,65 @@
+#include "TestSupport.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+
+namespace VantorTest {
+
+bool GlyphBit(int code, int row, int column) {
+    return (code * 7 + row * 3 + column) % 5 < 2;
+}
+
+std::vector<unsigned char> FontBytes(int width, int height, const std::vector<int>& codes) {
+    std::vector<unsigned char> bytes(24, 0);
+    std::memcpy(bytes.data(), "tinyfont", 9);
+    auto put = [&bytes](int32_t value) {
+        const unsigned char* raw = reinterpret_cast<const unsigned char*>(&value);
+        bytes.insert(bytes.end(), raw, raw + 4);
+    };
+    const int32_t header[] = {int32_t(codes.size()), height, width};
+    std::memcpy(bytes.data() + 12, header, sizeof(header));
+    for (int code : codes) put(code);
+    for (int code : codes) {
+        for (int r = 0; r < height; ++r) {
+            for (int c = 0; c < width; ++c) bytes.push_back(GlyphBit(code, r, c) ? 1 : 0);
+        }
+    }
+    return bytes;
+}
+
+std::string WriteFont(const std::string& path, int width, int height,
+                      const std::vector<int>& codes) {
+    WriteFile(path, FontBytes(width, height, codes));
+    return path;
+}
+
+std::string MakeTempDir() {
+    char pattern[] = "/tmp/vantor-test-XXXXXX";
+    const char* dir = mkdtemp(pattern);
+    if (dir == nullptr) throw std::runtime_error("mkdtemp failed");
+    return dir;
+}
+
+void WriteFile(const std::string& path, const std::vector<unsigned char>& bytes) {
+    std::ofstream out(path, std::ios::binary | std::ios::trunc);
+    out.write(reinterpret_cast<const char*>(bytes.data()), std::streamsize(bytes.size()));
+}
+
+std::string ReadFile(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+
+int ScriptedKeypad::WaitKeyEvent(float timeout) {
+    timeouts.push_back(timeout);
+    if (onWait) onWait();
+    if (script.empty()) throw std::runtime_error("key script exhausted while a widget waits");
+    const int key = script.front();
+    script.pop_front();
+    return key;
+}
+
+}  // namespace VantorTest

@@ -1,0 +1,53 @@
+#ifndef VANTOR_TESTS_TESTSUPPORT_H
+#define VANTOR_TESTS_TESTSUPPORT_H
+
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "vantor/Keypad.h"
+
+namespace VantorTest {
+
+// A deterministic glyph pattern, so a test can tell which glyph landed in a cell.
+bool GlyphBit(int code, int row, int column);
+
+// Writes a font file with the given cell size holding one glyph per code.
+std::string WriteFont(const std::string& path, int width, int height,
+                      const std::vector<int>& codes);
+
+// Raw bytes of a font file, for tests that damage one on purpose.
+std::vector<unsigned char> FontBytes(int width, int height, const std::vector<int>& codes);
+
+std::string MakeTempDir();
+void WriteFile(const std::string& path, const std::vector<unsigned char>& bytes);
+std::string ReadFile(const std::string& path);
+
+// A screen of 32-bit pixels in memory, as the widgets and canvases see one.
+struct Screen {
+    Screen(int w, int h, uint32_t fill = 0) : width(w), height(h), pixels(size_t(w) * h, fill) {}
+    uint32_t& at(int x, int y) { return pixels[size_t(y) * width + x]; }
+    unsigned int* data() { return pixels.data(); }
+    int width;
+    int height;
+    std::vector<uint32_t> pixels;
+};
+
+// A key source that plays back a script. Running out of keys throws instead of
+// waiting forever, so a widget that does not end fails the test rather than hangs;
+// onWait runs before every wait, while the widget is on the screen.
+class ScriptedKeypad : public Vantor::CKeypad {
+  public:
+    explicit ScriptedKeypad(std::deque<int> keys = {}) : script(std::move(keys)) {}
+    int WaitKeyEvent(float timeout) override;
+
+    std::deque<int> script;
+    std::function<void()> onWait;
+    std::vector<float> timeouts;
+};
+
+}  // namespace VantorTest
+
+#endif

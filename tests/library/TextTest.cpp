@@ -1,0 +1,152 @@
+// Glyphs, text lines, rectangles and progress bars drawn into a canvas.
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "TestSupport.h"
+#include "vantor/AsciiText.h"
+#include "vantor/BitmapFont.h"
+#include "vantor/Canvas.h"
+#include "vantor/ProgressBar.h"
+#include "vantor/Rectangle.h"
+
+using namespace Vantor;
+using namespace VantorTest;
+
+namespace {
+
+const uint32_t kFg = 0x00FF00;
+const uint32_t kBg = 0x000044;
+const uint32_t kPaper = 0x777777;
+
+class Drawing : public ::testing::Test {
+  protected:
+    Drawing() : font(WriteFont(MakeTempDir() + "/f.tf", 8, 16, {'A', 'B', 'C'}).c_str()) {
+        canvas.background = kPaper;
+        canvas.Refresh();
+    }
+
+    // True when the cell at (x, y) shows glyph `code` in the test colours.
+    bool CellShows(int code, int x, int y) {
+        for (int r = 0; r < 16; ++r) {
+            for (int c = 0; c < 8; ++c) {
+                const uint32_t want = GlyphBit(code, r, c) ? kFg : kBg;
+                if (canvas.pPixels[(y + r) * canvas.getWidth() + x + c] != want) return false;
+            }
+        }
+        return true;
+    }
+
+    int FirstCellOf(const char* text, eAlignMode alignment, int x) {
+        CAsciiText line(text, font, CPoint(x, 0), kFg, kBg);
+        line.setAlignment(alignment);
+        canvas.Refresh();
+        line.Draw(canvas);
+        for (int column = 0; column + 8 <= canvas.getWidth(); ++column) {
+            if (CellShows(text[0], column, 0)) return column;
+        }
+        return -1;
+    }
+
+    CBitmapFont font;
+    CCanvas canvas{0, 0, 100, 40};
+};
+
+}  // namespace
+
+TEST_F(Drawing, TextDefaultsAndSize) {
+    CAsciiText bare(font);
+    EXPECT_EQ(0xFFFFFFu, bare.foreground.value);
+    EXPECT_EQ(0u, bare.background.value);
+    EXPECT_EQ(eAlignLeft, bare.getAlignment());
+    int w = -1, h = -1;
+    bare.getSize(w, h);
+    EXPECT_EQ(0, w + h);
+    CAsciiText ab("AB", font, CPoint(10, 20));
+    ab.getSize(w, h);
+    EXPECT_EQ(16, w);
+    EXPECT_EQ(16, h);
+    ab.setText("");
+    ab.getSize(w, h);
+    EXPECT_EQ(0, w);
+    EXPECT_EQ(16, h);
+}
+
+TEST_F(Drawing, LeftTextFillsWholeCellsAndSkipsUnknownCharacters) {
+    CAsciiText line("AzB", font, CPoint(10, 20), kFg, kBg);
+    line.Draw(canvas);
+    EXPECT_TRUE(CellShows('A', 10, 20));
+    EXPECT_EQ(kPaper, canvas.pPixels[20 * 100 + 18]);  // 'z' is not in the font
+    EXPECT_TRUE(CellShows('B', 26, 20));
+    EXPECT_EQ(kPaper, canvas.pPixels[19 * 100 + 10]);
+}
+
+TEST_F(Drawing, AlignmentPlacesTheFirstCell) {
+    EXPECT_EQ(38, FirstCellOf("ABC", eAlignCenter, 0));
+    EXPECT_EQ(43, FirstCellOf("ABC", eAlignCenter, 5));
+    EXPECT_EQ(76, FirstCellOf("ABC", eAlignRight, 0));
+    EXPECT_EQ(72, FirstCellOf("ABC", eAlignRight, 4));
+    EXPECT_EQ(7, FirstCellOf("ABC", static_cast<eAlignMode>(0x22), 7));  // not a known value
+}
+
+TEST_F(Drawing, FillLineBandSpansTheCanvasAtTheTextsRow) {
+    CAsciiText line("A", font, CPoint(0, 10), kFg, kBg);
+    line.setAlignment(static_cast<eAlignMode>(eAlignCenter | eAlignFillLine));
+    line.Draw(canvas);
+    EXPECT_EQ(kBg, canvas.pPixels[10 * 100 + 0]);
+    EXPECT_EQ(kBg, canvas.pPixels[25 * 100 + 99]);
+    EXPECT_EQ(kPaper, canvas.pPixels[26 * 100 + 0]);
+    EXPECT_TRUE(CellShows('A', 46, 10));
+
+    canvas.Refresh();
+    line.setText(nullptr);
+    line.Draw(canvas);  // no text: no band either
+    EXPECT_EQ(kPaper, canvas.pPixels[10 * 100]);
+}
+
+TEST_F(Drawing, ClearPaintsTheBoxAtTheStoredPosition) {
+    CAsciiText line("AB", font, CPoint(4, 2), kFg, kBg);
+    line.setAlignment(eAlignRight);
+    line.Clear(canvas);
+    EXPECT_EQ(kBg, canvas.pPixels[2 * 100 + 4]);
+    EXPECT_EQ(kBg, canvas.pPixels[17 * 100 + 19]);
+    EXPECT_EQ(kPaper, canvas.pPixels[2 * 100 + 20]);
+}
+
+TEST_F(Drawing, RectangleSetsExactlyItsPoints) {
+    CRectangle strip(3, 4, 3, 1, kFg, kBg);
+    int w = 0, h = 0;
+    strip.getSize(w, h);
+    EXPECT_EQ(3, w);
+    EXPECT_EQ(1, h);
+    strip.Draw(canvas);
+    int painted = 0;
+    for (int i = 0; i < 4000; ++i) painted += canvas.pPixels[i] == kBg;
+    EXPECT_EQ(3, painted);
+    EXPECT_EQ(kBg, canvas.pPixels[4 * 100 + 5]);
+}
+
+TEST_F(Drawing, ProgressBarClampsAndFillsInProportion) {
+    CProgressBar bar(5, 20, 90, 15);
+    int w = 0, h = 0;
+    bar.getSize(w, h);
+    EXPECT_EQ(90, w);
+    EXPECT_EQ(15, h);
+    bar.setProgress(-3);
+    EXPECT_EQ(0.0f, bar.progress);
+    bar.setProgress(std::nanf(""));
+    EXPECT_EQ(0.0f, bar.progress);
+    bar.setProgress(150);
+    EXPECT_EQ(100.0f, bar.progress);
+    bar.setProgress(50);
+    bar.Draw(canvas);
+    EXPECT_EQ(5 + 44, bar.bar.bottomRight.x);
+    const uint32_t white = 0xFFFFFF;
+    EXPECT_EQ(white, canvas.pPixels[27 * 100 + 40]);  // inside the filled half
+    EXPECT_EQ(0u, canvas.pPixels[27 * 100 + 60]);     // empty half in black
+    EXPECT_EQ(white, canvas.pPixels[34 * 100 + 94]);  // outline closes the last row and column
+    EXPECT_EQ(white, canvas.pPixels[20 * 100 + 94]);
+    bar.setProgress(0.5f);  // less than one pixel: nothing outside the box
+    bar.Draw(canvas);
+    EXPECT_EQ(kPaper, canvas.pPixels[27 * 100 + 4]);
+}

@@ -1,0 +1,209 @@
+// Menu, dialog and progress window driven through key scripts on an in-memory screen.
+#include <gtest/gtest.h>
+
+#include "TestSupport.h"
+#include "vantor/AsciiText.h"
+#include "vantor/BitmapFont.h"
+#include "vantor/Dialog.h"
+#include "vantor/Menu.h"
+#include "vantor/MenuItem.h"
+#include "vantor/Progress.h"
+#include "vantor/ProgressBar.h"
+
+using namespace Vantor;
+using namespace VantorTest;
+
+namespace {
+
+const uint32_t kWallpaper = 0x123456;
+
+class Widgets : public ::testing::Test {
+  protected:
+    Widgets() : font(WriteFont(MakeTempDir() + "/f.tf", 8, 16, Printable()).c_str()) {}
+
+    static std::vector<int> Printable() {
+        std::vector<int> codes;
+        for (int c = 32; c < 127; ++c) codes.push_back(c);
+        return codes;
+    }
+
+    // Builds a column menu the way the C interface does.
+    CMenu& Menu(std::initializer_list<const char*> entries, std::deque<int> keys) {
+        keypad.script = std::move(keys);
+        menu.reset(new CMenu(font, keypad));
+        menu->setOffset(40, 30);
+        int id = 1;
+        for (const char* text : entries) menu->AddItem(id++, text, false);
+        menu->Draw();
+        menu->Autoresize(3);
+        return *menu;
+    }
+
+    int Query(CMenu& m) { return m.QueryMenu(screen.data(), screen.width, screen.height, 0.2f); }
+
+    int SelectedId() { return menu->pSelectedItem ? menu->pSelectedItem->id : 0; }
+
+    CBitmapFont font;
+    ScriptedKeypad keypad;
+    Screen screen{320, 240, kWallpaper};
+    std::unique_ptr<CMenu> menu;
+};
+
+}  // namespace
+
+TEST_F(Widgets, MenuStepsAroundBothEndsAndChoosesTheSelection) {
+    EXPECT_EQ(3, Query(Menu({"A", "B", "C"}, {114, 114, 10})));
+    EXPECT_EQ(3, Query(Menu({"A", "B", "C"}, {108, 103})));
+    EXPECT_EQ(1, Query(Menu({"A", "B", "C"}, {114, 114, 114, 10})));
+    EXPECT_EQ(1, Query(Menu({"Only"}, {108, 114, 10})));
+}
+
+TEST_F(Widgets, MenuLeavingKeysRestoreTheScreen) {
+    for (auto [key, result] : {std::pair{26, 0}, {3, -3}, {9, -4}}) {
+        EXPECT_EQ(result, Query(Menu({"A", "B"}, {-1, 77, key})));
+        for (uint32_t pixel : screen.pixels) ASSERT_EQ(kWallpaper, pixel);
+    }
+}
+
+TEST_F(Widgets, MenuShowsTheSelectedEntryInverseWhileWaiting) {
+    CMenu& m = Menu({"AB", "C"}, {114, 26});
+    EXPECT_EQ(CPoint(40, 30), m.frame.topLeft);
+    EXPECT_EQ(23, m.getWidth());  // 5 + 16 + 2: the margin of 3 on both sides, then shifted by 2
+    EXPECT_EQ(47, m.getHeight());
+    // The colour of a clear glyph pixel in each entry's first cell, at every wait.
+    std::vector<std::pair<uint32_t, uint32_t>> seen;
+    keypad.onWait = [&] { seen.push_back({screen.at(45 + 2, 35), screen.at(45 + 3, 59)}); };
+    ASSERT_FALSE(GlyphBit('A', 0, 2));
+    ASSERT_FALSE(GlyphBit('C', 0, 3));
+    Query(m);
+    ASSERT_EQ(2u, seen.size());
+    EXPECT_EQ(std::make_pair(0xFFFFFFu, 0u), seen[0]);
+    EXPECT_EQ(std::make_pair(0u, 0xFFFFFFu), seen[1]);
+    EXPECT_EQ(2, SelectedId());
+    EXPECT_EQ(0.2f, keypad.timeouts.front());
+}
+
+TEST_F(Widgets, MenuLayoutInRowsAndColumns) {
+    CMenu& column = Menu({"AB", "C", "D"}, {});
+    column.Draw();  // fitting moved the entries to the margin; each paint lays them out anew
+    CPoint at;
+    std::vector<int> ys;
+    for (CGObj* entry : column.objects) {
+        entry->getPosition(at);
+        ys.push_back(at.y);
+    }
+    EXPECT_EQ((std::vector<int>{5, 29, 53}), ys);
+
+    CMenu row(font, keypad);
+    row.orientation = eMenuHorizontal;
+    row.AddItem(1, "AB", false);
+    row.AddItem(2, "CDEFGH", false);
+    row.Draw();
+    row.objects.back()->getPosition(at);
+    EXPECT_EQ(36, at.x);
+
+    CMenu sideways(font, keypad);
+    sideways.orientation = static_cast<eMenuOrientation>(2);
+    sideways.AddItem(1, "AB", false);
+    EXPECT_EQ(0, sideways.Draw());
+    sideways.objects.front()->getPosition(at);
+    EXPECT_EQ(CPoint(0, 0), at);
+}
+
+TEST_F(Widgets, EmptyOrUnsizedMenusAnswerMinusOneWithoutTouchingTheScreen) {
+    CMenu empty(font, keypad);
+    EXPECT_EQ(-1, empty.Draw());
+    EXPECT_EQ(-1, Query(empty));
+    CMenu unsized(font, keypad);
+    unsized.AddItem(1, "A", true);
+    EXPECT_EQ(-1, Query(unsized));
+    for (uint32_t pixel : screen.pixels) ASSERT_EQ(kWallpaper, pixel);
+}
+
+TEST_F(Widgets, SelectionCarriesOverAndLastSelectedWins) {
+    CMenu& m = Menu({"A", "B"}, {114, 26});
+    Query(m);
+    keypad.script = {10};
+    EXPECT_EQ(2, Query(m));
+
+    CMenu preset(font, keypad);
+    preset.AddItem(1, "A", true);
+    preset.AddItem(2, "B", true);
+    preset.Draw();
+    preset.Autoresize(3);
+    keypad.script = {10};
+    EXPECT_EQ(2, Query(preset));
+}
+
+TEST_F(Widgets, DialogButtonsSitInTheBottomRightCornerAndLeaveBlack) {
+    CDialog dialog(font, keypad, 100, 100, 200, 100, eDialogOkCancel);
+    dialog.CreateMenu();
+    EXPECT_EQ(CPoint(213, 176), dialog.pMenu->frame.topLeft);
+    EXPECT_EQ(CPoint(298, 198), dialog.pMenu->frame.bottomRight);
+    CPoint cancel;
+    dialog.pMenu->Draw();
+    dialog.pMenu->objects.back()->getPosition(cancel);
+    EXPECT_EQ(CPoint(36, 5), cancel);
+
+    keypad.script = {103};
+    EXPECT_EQ(2, dialog.QueryDialog(screen.data(), screen.width, screen.height, 0.0f));
+    EXPECT_EQ(0u, screen.at(100, 100));
+    EXPECT_EQ(0u, screen.at(299, 199));
+    EXPECT_EQ(kWallpaper, screen.at(300, 199));
+}
+
+TEST_F(Widgets, DialogTypesDecideButtonsAndResults) {
+    auto ask = [&](int type, std::deque<int> keys) {
+        CDialog dialog(font, keypad, 10, 10, 200, 80, static_cast<eDialogType>(type));
+        keypad.script = std::move(keys);
+        return dialog.QueryDialog(screen.data(), screen.width, screen.height, 0.0f);
+    };
+    EXPECT_EQ(1, ask(eDialogYesNo, {108, 10}));
+    EXPECT_EQ(2, ask(eDialogYesNo, {10}));
+    EXPECT_EQ(1, ask(eDialogOk, {108, 114, 10}));
+    EXPECT_EQ(-1, ask(7, {}));
+    EXPECT_EQ(0u, screen.at(10, 10));
+    screen.at(10, 10) = kWallpaper;
+    EXPECT_EQ(0, ask(0, {}));  // painted, no key read, stays on the screen
+    EXPECT_EQ(0u, screen.at(10, 10));
+}
+
+TEST_F(Widgets, ProgressWindowLayoutAndBarOnlyRepaint) {
+    CProgress window(font, "Progress:", 100, 100, 200, 60);
+    CPoint at;
+    window.pBar->getPosition(at);
+    EXPECT_EQ(CPoint(5, 40), at);
+    EXPECT_EQ(190, window.pBar->box.getWidth());
+    window.pText->getPosition(at);
+    EXPECT_EQ(CPoint(5, 5), at);
+
+    window.ShowProgress(screen.data(), screen.width, screen.height);
+    Screen shown = screen;
+    window.setProgress(60);
+    window.PaintProgress(screen.data(), screen.width, screen.height);
+    for (int y = 0; y < screen.height; ++y) {
+        for (int x = 0; x < screen.width; ++x) {
+            const bool inBar = x >= 105 && x < 295 && y >= 140 && y < 155;
+            if (!inBar) {
+                ASSERT_EQ(shown.at(x, y), screen.at(x, y)) << x << "," << y;
+            }
+        }
+    }
+    EXPECT_EQ(0xFFFFFFu, screen.at(150, 147));
+    window.RestoreBackground(screen.data(), screen.width, screen.height);
+    for (uint32_t pixel : screen.pixels) ASSERT_EQ(kWallpaper, pixel);
+}
+
+TEST_F(Widgets, ProgressTextChangeLeavesNoTraceAndSurvivesClear) {
+    CProgress window(font, "A long caption", 0, 0, 200, 60);
+    window.Refresh();
+    window.setText("Short", eAlignLeft);
+    EXPECT_EQ(0u, window.pPixels[10 * 200 + 5 + 8 * 10]);  // where "caption" was
+    window.Clear();
+    EXPECT_EQ(nullptr, window.pBar);
+    EXPECT_EQ(-2, window.PaintProgress(screen.data(), screen.width, screen.height));
+    window.setProgress(100);
+    window.setText("Again", eAlignLeft);
+    EXPECT_EQ(2u, window.objects.size());
+    EXPECT_EQ(0, window.PaintProgress(screen.data(), screen.width, screen.height));
+}
