@@ -88,6 +88,18 @@ void InstallCrashHandler() {
     sigaction(SIGABRT, &action, nullptr);
 }
 
+// The handler's code goes away with the library: a signal after dlclose must not
+// jump into unmapped memory, so the default actions come back where ours still stand.
+void RemoveCrashHandler() {
+    for (int signal : {SIGSEGV, SIGABRT}) {
+        struct sigaction current;
+        std::memset(&current, 0, sizeof(current));
+        if (sigaction(signal, nullptr, &current) == 0 && current.sa_sigaction == handler) {
+            ::signal(signal, SIG_DFL);
+        }
+    }
+}
+
 void Line(const char* text) {
     std::cerr << text << std::endl;
 }
@@ -113,6 +125,7 @@ __attribute__((destructor(101))) void VantorCleanup() {
     Replace(pContext->pKeypad, static_cast<CKeypad*>(nullptr));
     delete pContext;
     pContext = nullptr;
+    RemoveCrashHandler();
 }
 
 // A faulting access is retried when the handler returns and would fault again
