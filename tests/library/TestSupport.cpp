@@ -1,5 +1,7 @@
 #include "TestSupport.h"
 
+#include <ftw.h>
+
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
@@ -36,10 +38,30 @@ std::string WriteFont(const std::string& path, int width, int height,
     return path;
 }
 
+namespace {
+
+int RemoveEntry(const char* path, const struct stat*, int, struct FTW*) { return remove(path); }
+
+// Directories made by a test run are removed when the run ends.
+std::vector<std::string>& MadeDirectories() {
+    static std::vector<std::string>* dirs = [] {
+        std::atexit([] {
+            for (const std::string& dir : MadeDirectories()) {
+                nftw(dir.c_str(), RemoveEntry, 8, FTW_DEPTH | FTW_PHYS);
+            }
+        });
+        return new std::vector<std::string>();
+    }();
+    return *dirs;
+}
+
+}  // namespace
+
 std::string MakeTempDir() {
     char pattern[] = "/tmp/vantor-test-XXXXXX";
     const char* dir = mkdtemp(pattern);
     if (dir == nullptr) throw std::runtime_error("mkdtemp failed");
+    MadeDirectories().push_back(dir);
     return dir;
 }
 

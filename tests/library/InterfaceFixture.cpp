@@ -1,0 +1,108 @@
+#include "InterfaceFixture.h"
+
+#include <cstdio>
+
+#include "TestSupport.h"
+#include "vantor/Context.h"
+#include "vantor_platform.h"
+
+namespace {
+
+const char* const kDevice = "/dev/fb0";
+
+std::vector<int> FontCodes() {
+    std::vector<int> codes;
+    for (int code = 1; code < 256; ++code) codes.push_back(code);
+    return codes;
+}
+
+void AddFont(const char* name) {
+    static const std::vector<unsigned char> bytes = VantorTest::FontBytes(8, 16, FontCodes());
+    vp_file_add((std::string("/usr/share/fonts/vantor/") + name).c_str(), bytes.data(),
+                bytes.size());
+}
+
+}  // namespace
+
+void Interface::SetUp() {
+    vp_reset();
+    // A test never waits for keys it did not script: it ends instead of hanging.
+    vp_set_exit_when_exhausted(1);
+    Vantor::VantorCleanup();
+    Vantor::VantorInit();
+    UseScreen(kWidth, kHeight, 32);
+    AddFont("lr.tf");
+    AddFont("lb.tf");
+}
+
+void Interface::TearDown() {
+    Vantor::VantorCleanup();
+    Vantor::VantorInit();
+    vp_reset();
+}
+
+void Interface::UseScreen(int width, int height, int bitsPerPixel) {
+    vp_screen screen = {width, height, width, height, bitsPerPixel, 0};
+    ASSERT_EQ(0, vp_fb_add(kDevice, &screen));
+}
+
+void Interface::RemoveFont(const char* name) {
+    vp_file_remove((std::string("/usr/share/fonts/vantor/") + name).c_str());
+}
+
+int Interface::OpenFramebufferDescriptors() const { return vp_fb_open_count(kDevice); }
+
+int Interface::FramebufferUnmaps() const { return vp_fb_unmap_count(kDevice); }
+
+uint32_t Interface::Pixel(int x, int y) const { return vp_fb_pixels(kDevice)[y * kWidth + x]; }
+
+void Interface::FillScreen(uint32_t colour) {
+    uint32_t* pixels = vp_fb_pixels(kDevice);
+    std::fill(pixels, pixels + kWidth * kHeight, colour);
+}
+
+std::vector<uint32_t> Interface::Snapshot() const {
+    const uint32_t* pixels = vp_fb_pixels(kDevice);
+    return std::vector<uint32_t>(pixels, pixels + kWidth * kHeight);
+}
+
+bool Interface::CellShows(int code, int x, int y, uint32_t ink, uint32_t paper) const {
+    for (int r = 0; r < 16; ++r) {
+        for (int c = 0; c < 8; ++c) {
+            if (Pixel(x + c, y + r) != (VantorTest::GlyphBit(code, r, c) ? ink : paper)) return false;
+        }
+    }
+    return true;
+}
+
+void Interface::AddKeypad(int index, const char* name) { ASSERT_EQ(0, vp_input_add(index, name)); }
+
+void Interface::Script(const char* codes, int index) { ASSERT_EQ(0, vp_input_script(index, codes)); }
+
+void Interface::Press(int code, int index, int value) {
+    ASSERT_EQ(0, vp_input_event(index, 1, code, value));
+}
+
+int Interface::OpenInputDescriptors(int index) const { return vp_input_open_count(index); }
+
+void Interface::CallWaitHook(int, void* user) {
+    static_cast<Interface*>(user)->waitHook();
+}
+
+void Interface::OnWait(std::function<void()> look) {
+    waitHook = std::move(look);
+    vp_set_wait_hook(&Interface::CallWaitHook, this);
+}
+
+std::string Interface::CaptureStderrOf(const std::function<void()>& call) {
+    testing::internal::CaptureStderr();
+    call();
+    return testing::internal::GetCapturedStderr();
+}
+
+std::string Interface::CaptureStdoutOf(const std::function<void()>& call) {
+    testing::internal::CaptureStdout();
+    call();
+    std::fflush(stdout);
+    return testing::internal::GetCapturedStdout();
+}

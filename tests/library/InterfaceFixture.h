@@ -1,0 +1,48 @@
+#ifndef VANTOR_TESTS_INTERFACEFIXTURE_H
+#define VANTOR_TESTS_INTERFACEFIXTURE_H
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "vantor.h"
+
+// Every C-interface test starts from a freshly loaded library state, a virtual 320x240
+// framebuffer at /dev/fb0 and the two fonts (8x16 cells) at their installed paths.
+class Interface : public ::testing::Test {
+protected:
+    static const int kWidth = 320;
+    static const int kHeight = 240;
+
+    void SetUp() override;
+    void TearDown() override;
+
+    void UseScreen(int width, int height, int bitsPerPixel);
+    void RemoveFont(const char* name);
+    int OpenFramebufferDescriptors() const;
+    int FramebufferUnmaps() const;
+
+    uint32_t Pixel(int x, int y) const;
+    void FillScreen(uint32_t colour);
+    std::vector<uint32_t> Snapshot() const;
+    // True when the 8x16 cell at (x, y) on the screen shows glyph `code` in these colours.
+    bool CellShows(int code, int x, int y, uint32_t ink, uint32_t paper) const;
+
+    void AddKeypad(int index = 0, const char* name = "tca8418 keypad");
+    void Script(const char* codes, int index = 0);  // device codes, each pressed and released
+    void Press(int code, int index = 0, int value = 1);
+    int OpenInputDescriptors(int index) const;
+    void OnWait(std::function<void()> look);
+
+    std::string CaptureStderrOf(const std::function<void()>& call);
+    std::string CaptureStdoutOf(const std::function<void()>& call);
+
+private:
+    static void CallWaitHook(int index, void* user);
+    std::function<void()> waitHook;
+};
+
+#endif

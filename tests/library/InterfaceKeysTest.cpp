@@ -1,0 +1,200 @@
+// Keys, menus, dialogs and the progress window through the C interface, with key
+// presses coming from virtual input devices.
+#include <chrono>
+
+#include "InterfaceFixture.h"
+#include "vantor/Context.h"
+#include "vantor/Keypad.h"
+#include "vantor/Menu.h"
+#include "vantor/Progress.h"
+#include "vantor/ProgressBar.h"
+
+using Vantor::pContext;
+
+namespace {
+
+double SecondsOf(const std::function<void()>& call) {
+    const auto start = std::chrono::steady_clock::now();
+    call();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+const char* kEntries[] = {"A", "B", "C", nullptr};
+
+}  // namespace
+
+TEST_F(Interface, WaitKeyWithoutKeypadAnswersAtOnceAndWithoutDeviceAfterTheTimeout) {
+    EXPECT_LT(SecondsOf([] { EXPECT_EQ(-1, WaitKey(0.5f)); }), 0.1);
+    EXPECT_EQ(-19, InitKeypad());
+    const double waited = SecondsOf([] { EXPECT_EQ(-1, WaitKey(0.3f)); });
+    EXPECT_GT(waited, 0.25);
+    EXPECT_LT(waited, 1.0);
+    EXPECT_LT(SecondsOf([] { EXPECT_EQ(-1, WaitKey(-1.0f)); }), 0.1);
+}
+
+TEST_F(Interface, KeypadIsFoundByNamePrefixAmongInputDevices) {
+    AddKeypad(0, "gpio-keys");
+    AddKeypad(2, "tca8418-keypad");
+    ASSERT_EQ(0, InitKeypad());
+    EXPECT_STREQ("/dev/input/event2", pContext->pKeypad->pDevicePath);
+    EXPECT_EQ(0, InitKeypad());
+    EXPECT_EQ(1, OpenInputDescriptors(2));
+}
+
+TEST_F(Interface, DevicesBeyondInput8OrWithAShorterNameAreNotFound) {
+    AddKeypad(9);
+    AddKeypad(1, "tca841");
+    EXPECT_EQ(-19, InitKeypad());
+}
+
+TEST_F(Interface, KeyPressesAreTranslatedAndEverythingElseIsMinusOne) {
+    AddKeypad();
+    ASSERT_EQ(0, InitKeypad());
+    Press(50);
+    EXPECT_EQ(103, WaitKey(1.0f));
+    Press(50, 0, 0);  // release
+    Press(149, 0, 2);  // auto-repeat
+    Press(30);         // a key that is not on the keypad
+    Press(149);
+    EXPECT_EQ(-1, WaitKey(1.0f));
+    EXPECT_EQ(-1, WaitKey(1.0f));
+    EXPECT_EQ(-1, WaitKey(1.0f));
+    EXPECT_EQ(10, WaitKey(0.0f));
+    EXPECT_EQ(-1, WaitKey(0.0f));
+}
+
+TEST_F(Interface, MenuAnswersTheKeysOfTheKeypad) {
+    InitFramebuffer("/dev/fb0");
+    AddKeypad();
+    InitKeypad();
+    auto choose = [this](const char* keys) {
+        InitMenu(10, 10);
+        Script(keys);
+        return ShowMenu(kEntries, eMenuVertical, eAlignLeft);
+    };
+    EXPECT_EQ(3, choose("7, 7, 149"));  // next, next, choose
+    EXPECT_EQ(3, choose("6, 50"));      // previous wraps to the last entry
+    EXPECT_EQ(0, choose("150"));
+    EXPECT_EQ(-3, choose("53"));
+    EXPECT_EQ(-4, choose("152"));
+}
+
+TEST_F(Interface, MenuIsOnTheScreenWhileWaitingAndGoneAfterwards) {
+    FillScreen(0x336699);
+    InitFramebuffer("/dev/fb0");
+    AddKeypad();
+    InitKeypad();
+    InitMenu(20, 30);
+    std::vector<uint32_t> corner;
+    OnWait([&] { corner.push_back(Pixel(20 + 5, 30 + 5)); });
+    Script("7, 150");
+    EXPECT_EQ(0, ShowMenu(kEntries, eMenuVertical, eAlignLeft));
+    ASSERT_GE(corner.size(), 2u);
+    EXPECT_NE(0x336699u, corner.front());
+    EXPECT_EQ(0x336699u, Pixel(20 + 5, 30 + 5));
+}
+
+TEST_F(Interface, SecondShowMenuAppendsAndNumbersFromOneAgain) {
+    InitFramebuffer("/dev/fb0");
+    AddKeypad();
+    InitKeypad();
+    InitMenu(0, 0);
+    Script("150");
+    ShowMenu(kEntries, eMenuVertical, eAlignLeft);
+    Script("6, 149");  // from "A" back to the last entry, the second call's "C"
+    EXPECT_EQ(3, ShowMenu(kEntries, eMenuVertical, eAlignLeft));
+    EXPECT_EQ(6u, pContext->pMenu->objects.size());
+    const char* none[] = {nullptr};
+    InitMenu(0, 0);
+    EXPECT_EQ(-1, ShowMenu(none, eMenuVertical, eAlignLeft));
+    EXPECT_EQ(-2, ShowMenu(nullptr, eMenuVertical, eAlignLeft));
+}
+
+TEST_F(Interface, MenusAndDialogsRefuseToWaitWithoutAUsableKeypad) {
+    InitFramebuffer("/dev/fb0");
+    InitMenu(0, 0);
+    InitDialog(10, 10, 200, 80);
+    const char* lines[] = {"Sure?", nullptr};
+    EXPECT_EQ(-2, ShowMenu(kEntries, eMenuVertical, eAlignLeft));
+    EXPECT_EQ(-2, ShowDialog(lines, eDialogYesNo, eAlignLeft));
+    EXPECT_EQ(-19, InitKeypad());  // a keypad object without a device
+    EXPECT_EQ(-2, ShowMenu(kEntries, eMenuVertical, eAlignLeft));
+    EXPECT_EQ(0, ShowDialog(lines, 0, eAlignLeft));  // no buttons: nothing to wait for
+}
+
+TEST_F(Interface, WidgetsUseTheKeypadOfTheLatestInitKeypad) {
+    InitFramebuffer("/dev/fb0");
+    AddKeypad();
+    InitKeypad();
+    InitMenu(0, 0);
+    InitDialog(10, 10, 200, 80);
+    ASSERT_EQ(0, InitKeypad());  // destroys the keypad that existed when the widgets were made
+    Script("7, 149");
+    EXPECT_EQ(2, ShowMenu(kEntries, eMenuVertical, eAlignLeft));
+    const char* lines[] = {"Sure?", nullptr};
+    Script("6, 50");
+    EXPECT_EQ(1, ShowDialog(lines, eDialogYesNo, eAlignLeft));
+}
+
+TEST_F(Interface, DialogButtonsAndHide) {
+    FillScreen(0x445566);
+    InitFramebuffer("/dev/fb0");
+    AddKeypad();
+    InitKeypad();
+    EXPECT_EQ(-2, HideDialog());
+    InitDialog(20, 20, 200, 100);
+    InitMenu(0, 0);
+    InitMenu(0, 0);  // the dialog stays
+    const char* lines[] = {"Line one", "Line two", nullptr};
+    Script("50");
+    EXPECT_EQ(2, ShowDialog(lines, eDialogOkCancel, eAlignLeft));
+    EXPECT_EQ(0u, Pixel(20, 20));  // nothing was saved under the dialog: it leaves black
+    EXPECT_EQ(0x445566u, Pixel(19, 20));
+    EXPECT_EQ(0, ShowDialog(lines, 0, eAlignLeft));
+    EXPECT_TRUE(CellShows('L', 22, 22, 0xFFFFFF, 0));  // shown, lines from (2, 2) of the box
+    EXPECT_TRUE(CellShows('L', 22, 38, 0xFFFFFF, 0));
+    EXPECT_EQ(0, HideDialog());
+    EXPECT_EQ(0u, Pixel(22, 22));
+    EXPECT_EQ(-2, ShowDialog(nullptr, 0, eAlignLeft));
+}
+
+TEST_F(Interface, ProgressWindowShowsUpdatesAndHides) {
+    FillScreen(0x778899);
+    InitFramebuffer("/dev/fb0");
+    EXPECT_EQ(-2, ShowProgress(nullptr, eAlignLeft, 10));
+    ASSERT_EQ(0, InitProgress(50, 50, 200, 60));
+    const std::vector<uint32_t> before = Snapshot();
+    EXPECT_EQ(0, ShowProgress("Copying", eAlignLeft, 10));
+    const std::vector<uint32_t> shown = Snapshot();
+    EXPECT_EQ(0, UpdateProgress(nullptr, eAlignLeft, 90));
+    const std::vector<uint32_t> updated = Snapshot();
+    for (int y = 0; y < kHeight; ++y) {
+        for (int x = 0; x < kWidth; ++x) {
+            const bool inBar = x >= 55 && x < 245 && y >= 90 && y < 105;
+            if (!inBar) {
+                ASSERT_EQ(shown[y * kWidth + x], updated[y * kWidth + x]) << x << "," << y;
+            }
+        }
+    }
+    EXPECT_EQ(0xFFFFFFu, Pixel(200, 97));
+    EXPECT_EQ(0, HideProgress());
+    EXPECT_TRUE(before == Snapshot());
+}
+
+TEST_F(Interface, ClearLeavesWidgetsWorking) {
+    InitFramebuffer("/dev/fb0");
+    AddKeypad();
+    InitKeypad();
+    InitCanvas(0, 0, kWidth, kHeight);
+    InitProgress(50, 50, 200, 60);
+    InitMenu(0, 0);
+    Script("150");
+    ShowMenu(kEntries, eMenuVertical, eAlignLeft);
+    EXPECT_EQ(0, Clear());
+    EXPECT_EQ(nullptr, pContext->pMenu->pSelectedItem);
+    EXPECT_EQ(0, UpdateProgress(nullptr, eAlignLeft, 50));
+    EXPECT_EQ(0, ShowProgress("Again", eAlignLeft, 60));
+    EXPECT_NEAR(60.0f, pContext->pProgress->pBar->progress, 0.01);
+    Script("149");
+    EXPECT_EQ(1, ShowMenu(kEntries, eMenuVertical, eAlignLeft));
+}

@@ -1,0 +1,143 @@
+// The state record, the framebuffer device and the screen and text calls, seen through
+// the C interface on a virtual framebuffer.
+#include <cstring>
+
+#include "InterfaceFixture.h"
+#include "vantor/Canvas.h"
+#include "vantor/Context.h"
+#include "vantor/Framebuffer.h"
+
+using Vantor::pContext;
+
+TEST_F(Interface, FreshStateHasEmptySlotsAndRefusesScreenCalls) {
+    ASSERT_NE(nullptr, pContext);
+    EXPECT_EQ(nullptr, pContext->pFramebuffer);
+    EXPECT_EQ(nullptr, pContext->pKeypad);
+    EXPECT_FALSE(Vantor::IsContextValid(pContext));
+    EXPECT_FALSE(Vantor::IsContextValid(nullptr));
+    EXPECT_EQ(-2, InitCanvas(0, 0, 10, 10));
+    EXPECT_EQ(-2, Update());
+    EXPECT_EQ(-2, Restore());
+    EXPECT_EQ(2, Clear());
+    EXPECT_EQ(0, WriteText(0, 0, "A", 0xFFFFFF, 0));
+    EXPECT_EQ(-2, getFontSize(0, nullptr, nullptr));
+    EXPECT_EQ(-2, InitMenu(0, 0));
+    EXPECT_EQ(-2, InitDialog(0, 0, 10, 10));
+    EXPECT_EQ(-2, InitProgress(0, 0, 10, 10));
+    EXPECT_EQ(-2, HideDialog());
+    EXPECT_EQ(-2, ShowProgress("x", 1, 5.0f));
+}
+
+TEST_F(Interface, FramebufferFailuresPrintTheirLinesAndLeaveNoUsableState) {
+    EXPECT_EQ("InitFramebuffer: allocation failed\n",
+              CaptureStderrOf([] { EXPECT_EQ(nullptr, InitFramebuffer(nullptr)); }));
+    ASSERT_NE(nullptr, pContext->pFramebuffer);  // the empty object stays in its slot
+    EXPECT_EQ(nullptr, pContext->pFramebuffer->pScreen);
+
+    std::string out = CaptureStdoutOf([] { InitFramebuffer("/dev/fb7"); });
+    EXPECT_EQ("CFramebuffer: can't access frame buffer device at /dev/fb7\n", out);
+    EXPECT_EQ(-1, pContext->pFramebuffer->fd);
+    EXPECT_EQ(-2, InitCanvas(0, 0, 10, 10));
+}
+
+TEST_F(Interface, MissingFontIsNamedAndNothingStaysOpen) {
+    RemoveFont("lb.tf");
+    std::string err = CaptureStderrOf([] { EXPECT_EQ(nullptr, InitFramebuffer("/dev/fb0")); });
+    EXPECT_EQ("InitFramebuffer: cannot load font /usr/share/fonts/vantor/lb.tf: Cannot open font "
+              "file\n",
+              err);
+    EXPECT_FALSE(Vantor::IsContextValid(pContext));
+    EXPECT_EQ(0, OpenFramebufferDescriptors());
+    EXPECT_EQ(1, FramebufferUnmaps());
+}
+
+TEST_F(Interface, ScreensOfAnotherLayoutAreRefused) {
+    UseScreen(320, 240, 16);
+    std::string out = CaptureStdoutOf([] { EXPECT_EQ(nullptr, InitFramebuffer("/dev/fb0")); });
+    EXPECT_NE(std::string::npos, out.find("CFramebuffer: unsupported screen layout on /dev/fb0"));
+    EXPECT_EQ(0, OpenFramebufferDescriptors());
+}
+
+TEST_F(Interface, SuccessReturnsTheRecordAndASecondInitReplacesEverything) {
+    void* record = InitFramebuffer("/dev/fb0");
+    EXPECT_EQ(static_cast<void*>(pContext), record);
+    EXPECT_EQ(kWidth * kHeight * 4u,
+              pContext->pFramebuffer->varInfo.xres_virtual *
+                  pContext->pFramebuffer->varInfo.yres_virtual *
+                  unsigned(pContext->pFramebuffer->bytesPerPixel));
+    pContext->pFramebuffer->pScreen[2 * kWidth + 10] = 0xABCDEF;
+    EXPECT_EQ(0xABCDEFu, Pixel(10, 2));
+    ASSERT_EQ(0, InitCanvas(0, 0, 50, 50));
+    ASSERT_EQ(0, InitProgress(0, 0, 100, 40));
+
+    EXPECT_EQ(record, InitFramebuffer("/dev/fb0"));
+    EXPECT_EQ(nullptr, pContext->pCanvas);  // it drew with the old framebuffer's fonts
+    EXPECT_EQ(nullptr, pContext->pProgress);
+    EXPECT_EQ(1, OpenFramebufferDescriptors());
+}
+
+TEST_F(Interface, UpdateSavesTheScreenSoRestorePutsItBack) {
+    FillScreen(0x112233);
+    InitFramebuffer("/dev/fb0");
+    ASSERT_EQ(0, InitCanvas(0, 0, kWidth, kHeight));
+    EXPECT_EQ(0, Restore());
+    EXPECT_EQ(0x112233u, Pixel(100, 100));
+
+    WriteText(0, 0, "AB", 0xFFFFFF, 0);
+    EXPECT_EQ(0, Update());
+    EXPECT_EQ(0u, Pixel(100, 100));  // the canvas is black where it has no text
+    EXPECT_EQ(0, Restore());
+    EXPECT_EQ(0x112233u, Pixel(100, 100));
+}
+
+TEST_F(Interface, CanvasSizesAndMissingCanvasAreRefused) {
+    InitFramebuffer("/dev/fb0");
+    EXPECT_EQ(-2, Update());
+    EXPECT_EQ(-2, Clear());
+    EXPECT_EQ(-2, InitCanvas(0, 0, 0, 10));
+    EXPECT_EQ(-2, InitCanvas(0, 0, 100000, 100000));
+    EXPECT_EQ(0, InitCanvas(0, 0, 10, 10));
+    EXPECT_EQ(0, InitCanvas(5, 5, 10, 10));  // replaces (and releases) the first
+    EXPECT_EQ(5, pContext->pCanvas->frame.topLeft.x);
+}
+
+TEST_F(Interface, TextCallsAddObjectsThatShowAtUpdateAndGoAtClear) {
+    InitFramebuffer("/dev/fb0");
+    InitCanvas(0, 0, kWidth, kHeight);
+    EXPECT_EQ(0, WriteText(10, 20, "A", 0xFFFFFF, 0));
+    EXPECT_EQ(0, WriteInvText(40, 20, "A", 0xFFFFFF, 1));
+    EXPECT_EQ(0, WriteTextWithBackground(70, 20, nullptr, 1, 2, 0));
+    EXPECT_EQ(0, WriteAlignedTextWithBackground(0, 60, "A", 0xFF0000, 0x00FF00, 0,
+                                                eAlignCenter | eAlignFillLine));
+    EXPECT_EQ(-1, WriteText(0, 0, "A", 0xFFFFFF, 2));
+    EXPECT_EQ(4u, pContext->pCanvas->objects.size());
+    Update();
+    EXPECT_TRUE(CellShows('A', 10, 20, 0xFFFFFF, 0));
+    EXPECT_TRUE(CellShows('A', 40, 20, 0, 0xFFFFFF));  // inverse: black ink on white cells
+    EXPECT_EQ(0x00FF00u, Pixel(0, 60));                // the band spans the canvas
+    EXPECT_TRUE(CellShows('A', (kWidth - 8) / 2, 60, 0xFF0000, 0x00FF00));
+
+    EXPECT_EQ(0, Clear());
+    EXPECT_TRUE(pContext->pCanvas->objects.empty());
+    EXPECT_EQ(0u, Pixel(10, 20));
+}
+
+TEST_F(Interface, FontSizesAndColourConversion) {
+    InitFramebuffer("/dev/fb0");
+    int width = 0, height = 0;
+    EXPECT_EQ(0, getFontSize(1, &width, nullptr));
+    EXPECT_EQ(8, width);
+    EXPECT_EQ(0, getFontSize(0, &width, &height));
+    EXPECT_EQ(16, height);
+    EXPECT_EQ(-2, getFontSize(2, &width, &height));
+
+    const unsigned char rgb[] = {0x11, 0x22, 0x33, 0x44, 0x55, 0x66, 0x77};
+    unsigned char out[12];
+    std::memset(out, 0xEE, sizeof(out));
+    EXPECT_EQ(8, RGB_to_RGBA(rgb, out, 6));
+    const unsigned char expected[] = {0x33, 0x22, 0x11, 0x00, 0x66, 0x55, 0x44, 0x00, 0xEE};
+    EXPECT_EQ(0, std::memcmp(expected, out, sizeof(expected)));
+    EXPECT_EQ(5, RGB_to_RGBA(rgb, out, 4));
+    EXPECT_EQ(-2, RGB_to_RGBA(rgb, out, 0));
+    EXPECT_EQ(-2, RGB_to_RGBA(nullptr, out, 3));
+}
