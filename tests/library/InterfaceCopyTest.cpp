@@ -32,7 +32,7 @@ extern "C" int UpdateProgress(const char* text, int align, float percent) {
 }
 
 class Copy : public Interface {
-protected:
+  protected:
     void SetUp() override {
         Interface::SetUp();
         InitFramebuffer("/dev/fb0");
@@ -44,8 +44,8 @@ protected:
 TEST_F(Copy, FailuresNameTheirPathAndReturnTheirCode) {
     const std::string target = dir + "/target";
     EXPECT_EQ("Cannot acquire file stat " + dir + "/missing\n", CaptureStderrOf([&] {
-                  EXPECT_EQ(-13, CopyFileWithProgress((dir + "/missing").c_str(),
-                                                      target.c_str(), nullptr, 10));
+                  EXPECT_EQ(-13, CopyFileWithProgress((dir + "/missing").c_str(), target.c_str(),
+                                                      nullptr, 10));
               }));
     EXPECT_NE(0, access(target.c_str(), F_OK));
 
@@ -76,8 +76,8 @@ TEST_F(Copy, BarMovesFromWhereItStandsThroughItsShare) {
     InitProgress(10, 10, 200, 60);
     ShowProgress(nullptr, eAlignLeft, 20);
     Write(dir + "/three", Bytes(3 << 20, 'a'));
-    EXPECT_EQ(0, CopyFileWithProgress((dir + "/three").c_str(), (dir + "/copy").c_str(), nullptr,
-                                      50));
+    EXPECT_EQ(0,
+              CopyFileWithProgress((dir + "/three").c_str(), (dir + "/copy").c_str(), nullptr, 50));
     ASSERT_EQ(4u, updates.size());
     EXPECT_NEAR(36.67, updates[0], 0.01);
     EXPECT_NEAR(53.33, updates[1], 0.01);
@@ -88,7 +88,8 @@ TEST_F(Copy, BarMovesFromWhereItStandsThroughItsShare) {
 TEST_F(Copy, TenMegabytesGiveTenUpdatesAndTheFinalOne) {
     InitProgress(10, 10, 200, 60);
     Write(dir + "/ten", Bytes(10 << 20, 'b'));
-    EXPECT_EQ(0, CopyFileWithProgress((dir + "/ten").c_str(), (dir + "/copy").c_str(), nullptr, 100));
+    EXPECT_EQ(0,
+              CopyFileWithProgress((dir + "/ten").c_str(), (dir + "/copy").c_str(), nullptr, 100));
     EXPECT_EQ(11u, updates.size());
 }
 

@@ -50,11 +50,17 @@ void Interface::RemoveFont(const char* name) {
     vp_file_remove((std::string("/usr/share/fonts/vantor/") + name).c_str());
 }
 
-int Interface::OpenFramebufferDescriptors() const { return vp_fb_open_count(kDevice); }
+int Interface::OpenFramebufferDescriptors() const {
+    return vp_fb_open_count(kDevice);
+}
 
-int Interface::FramebufferUnmaps() const { return vp_fb_unmap_count(kDevice); }
+int Interface::FramebufferUnmaps() const {
+    return vp_fb_unmap_count(kDevice);
+}
 
-uint32_t Interface::Pixel(int x, int y) const { return vp_fb_pixels(kDevice)[y * kWidth + x]; }
+uint32_t Interface::Pixel(int x, int y) const {
+    return vp_fb_pixels(kDevice)[y * kWidth + x];
+}
 
 void Interface::FillScreen(uint32_t colour) {
     uint32_t* pixels = vp_fb_pixels(kDevice);
@@ -69,21 +75,28 @@ std::vector<uint32_t> Interface::Snapshot() const {
 bool Interface::CellShows(int code, int x, int y, uint32_t ink, uint32_t paper) const {
     for (int r = 0; r < 16; ++r) {
         for (int c = 0; c < 8; ++c) {
-            if (Pixel(x + c, y + r) != (VantorTest::GlyphBit(code, r, c) ? ink : paper)) return false;
+            if (Pixel(x + c, y + r) != (VantorTest::GlyphBit(code, r, c) ? ink : paper))
+                return false;
         }
     }
     return true;
 }
 
-void Interface::AddKeypad(int index, const char* name) { ASSERT_EQ(0, vp_input_add(index, name)); }
+void Interface::AddKeypad(int index, const char* name) {
+    ASSERT_EQ(0, vp_input_add(index, name));
+}
 
-void Interface::Script(const char* codes, int index) { ASSERT_EQ(0, vp_input_script(index, codes)); }
+void Interface::Script(const char* codes, int index) {
+    ASSERT_EQ(0, vp_input_script(index, codes));
+}
 
 void Interface::Press(int code, int index, int value) {
     ASSERT_EQ(0, vp_input_event(index, 1, code, value));
 }
 
-int Interface::OpenInputDescriptors(int index) const { return vp_input_open_count(index); }
+int Interface::OpenInputDescriptors(int index) const {
+    return vp_input_open_count(index);
+}
 
 void Interface::CallWaitHook(int, void* user) {
     static_cast<Interface*>(user)->waitHook();

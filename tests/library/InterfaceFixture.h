@@ -13,7 +13,7 @@
 // Every C-interface test starts from a freshly loaded library state, a virtual 320x240
 // framebuffer at /dev/fb0 and the two fonts (8x16 cells) at their installed paths.
 class Interface : public ::testing::Test {
-protected:
+  protected:
     static const int kWidth = 320;
     static const int kHeight = 240;
 
@@ -40,7 +40,7 @@ protected:
     std::string CaptureStderrOf(const std::function<void()>& call);
     std::string CaptureStdoutOf(const std::function<void()>& call);
 
-private:
+  private:
     static void CallWaitHook(int index, void* user);
     std::function<void()> waitHook;
 };

@@ -52,7 +52,7 @@ TEST_F(Interface, KeyPressesAreTranslatedAndEverythingElseIsMinusOne) {
     ASSERT_EQ(0, InitKeypad());
     Press(50);
     EXPECT_EQ(103, WaitKey(1.0f));
-    Press(50, 0, 0);  // release
+    Press(50, 0, 0);   // release
     Press(149, 0, 2);  // auto-repeat
     Press(30);         // a key that is not on the keypad
     Press(149);

@@ -43,9 +43,10 @@ TEST_F(Interface, FramebufferFailuresPrintTheirLinesAndLeaveNoUsableState) {
 TEST_F(Interface, MissingFontIsNamedAndNothingStaysOpen) {
     RemoveFont("lb.tf");
     std::string err = CaptureStderrOf([] { EXPECT_EQ(nullptr, InitFramebuffer("/dev/fb0")); });
-    EXPECT_EQ("InitFramebuffer: cannot load font /usr/share/fonts/vantor/lb.tf: Cannot open font "
-              "file\n",
-              err);
+    EXPECT_EQ(
+        "InitFramebuffer: cannot load font /usr/share/fonts/vantor/lb.tf: Cannot open font "
+        "file\n",
+        err);
     EXPECT_FALSE(Vantor::IsContextValid(pContext));
     EXPECT_EQ(0, OpenFramebufferDescriptors());
     EXPECT_EQ(1, FramebufferUnmaps());
@@ -61,10 +62,9 @@ TEST_F(Interface, ScreensOfAnotherLayoutAreRefused) {
 TEST_F(Interface, SuccessReturnsTheRecordAndASecondInitReplacesEverything) {
     void* record = InitFramebuffer("/dev/fb0");
     EXPECT_EQ(static_cast<void*>(pContext), record);
-    EXPECT_EQ(kWidth * kHeight * 4u,
-              pContext->pFramebuffer->varInfo.xres_virtual *
-                  pContext->pFramebuffer->varInfo.yres_virtual *
-                  unsigned(pContext->pFramebuffer->bytesPerPixel));
+    EXPECT_EQ(kWidth * kHeight * 4u, pContext->pFramebuffer->varInfo.xres_virtual *
+                                         pContext->pFramebuffer->varInfo.yres_virtual *
+                                         unsigned(pContext->pFramebuffer->bytesPerPixel));
     pContext->pFramebuffer->pScreen[2 * kWidth + 10] = 0xABCDEF;
     EXPECT_EQ(0xABCDEFu, Pixel(10, 2));
     ASSERT_EQ(0, InitCanvas(0, 0, 50, 50));

@@ -40,7 +40,9 @@ std::string WriteFont(const std::string& path, int width, int height,
 
 namespace {
 
-int RemoveEntry(const char* path, const struct stat*, int, struct FTW*) { return remove(path); }
+int RemoveEntry(const char* path, const struct stat*, int, struct FTW*) {
+    return remove(path);
+}
 
 // Directories made by a test run are removed when the run ends.
 std::vector<std::string>& MadeDirectories() {

@@ -17,7 +17,7 @@
 namespace {
 
 class Platform : public ::testing::Test {
-protected:
+  protected:
     void SetUp() override { vp_reset(); }
     void TearDown() override { vp_reset(); }
 };

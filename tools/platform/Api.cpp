@@ -14,7 +14,9 @@ using VantorPlatform::VirtualSystem;
 
 namespace {
 
-VirtualSystem& System() { return VirtualSystem::Get(); }
+VirtualSystem& System() {
+    return VirtualSystem::Get();
+}
 
 FramebufferDevice* Device(const char* path) {
     return path ? System().Framebuffer(path) : nullptr;
@@ -22,7 +24,9 @@ FramebufferDevice* Device(const char* path) {
 
 }  // namespace
 
-VP_API void vp_reset(void) { System().Reset(); }
+VP_API void vp_reset(void) {
+    System().Reset();
+}
 
 VP_API int vp_fb_add(const char* path, const vp_screen* screen) {
     if (path == nullptr || screen == nullptr) return -1;
@@ -60,16 +64,22 @@ VP_API int vp_file_add(const char* path, const void* data, size_t size) {
     return System().AddFile(path, data, size);
 }
 
-VP_API int vp_file_remove(const char* path) { return path ? System().RemoveFile(path) : -1; }
+VP_API int vp_file_remove(const char* path) {
+    return path ? System().RemoveFile(path) : -1;
+}
 
 VP_API int vp_dir_map(const char* virtual_dir, const char* host_dir) {
     if (virtual_dir == nullptr || host_dir == nullptr || virtual_dir[0] != '/') return -1;
     return System().MapDirectory(virtual_dir, host_dir);
 }
 
-VP_API int vp_input_add(int index, const char* name) { return System().AddInput(index, name); }
+VP_API int vp_input_add(int index, const char* name) {
+    return System().AddInput(index, name);
+}
 
-VP_API int vp_input_remove(int index) { return System().RemoveInput(index); }
+VP_API int vp_input_remove(int index) {
+    return System().RemoveInput(index);
+}
 
 VP_API int vp_input_event(int index, int type, int code, int value) {
     return System().QueueEvent(index, type, code, value);

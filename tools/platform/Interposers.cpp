@@ -23,7 +23,9 @@ namespace {
 
 // A separate function, since the C library declares these paths never null and the
 // compiler would refuse the test inline; a buggy program may still pass one.
-bool IsAbsolute(const char* path) { return path != nullptr && path[0] == '/'; }
+bool IsAbsolute(const char* path) {
+    return path != nullptr && path[0] == '/';
+}
 
 mode_t ModeArgument(int flags, va_list args) {
     return (flags & (O_CREAT | O_TMPFILE)) ? static_cast<mode_t>(va_arg(args, int)) : 0;
@@ -97,8 +99,12 @@ VP_EXPORT int open64(const char* path, int flags, ...) {
     return OpenPath(path, flags, mode);
 }
 
-VP_EXPORT int __open_2(const char* path, int flags) { return OpenPath(path, flags, 0); }
-VP_EXPORT int __open64_2(const char* path, int flags) { return OpenPath(path, flags, 0); }
+VP_EXPORT int __open_2(const char* path, int flags) {
+    return OpenPath(path, flags, 0);
+}
+VP_EXPORT int __open64_2(const char* path, int flags) {
+    return OpenPath(path, flags, 0);
+}
 
 VP_EXPORT int openat(int dir, const char* path, int flags, ...) {
     va_list args;
@@ -118,15 +124,21 @@ VP_EXPORT int openat64(int dir, const char* path, int flags, ...) {
     return Real().openat(dir, path, flags, mode);
 }
 
-VP_EXPORT int __openat_2(int dir, const char* path, int flags) { return openat(dir, path, flags); }
-VP_EXPORT int __openat64_2(int dir, const char* path, int flags) { return openat(dir, path, flags); }
+VP_EXPORT int __openat_2(int dir, const char* path, int flags) {
+    return openat(dir, path, flags);
+}
+VP_EXPORT int __openat64_2(int dir, const char* path, int flags) {
+    return openat(dir, path, flags);
+}
 
 VP_EXPORT FILE* fopen(const char* path, const char* mode) {
     std::string real;
     return Real().fopen(Redirected(path, real), mode);
 }
 
-VP_EXPORT FILE* fopen64(const char* path, const char* mode) { return fopen(path, mode); }
+VP_EXPORT FILE* fopen64(const char* path, const char* mode) {
+    return fopen(path, mode);
+}
 
 VP_EXPORT int stat(const char* path, struct stat* status) {
     std::string real;
@@ -162,7 +174,8 @@ VP_EXPORT int ioctl(int fd, unsigned long request, ...) {
     return Real().ioctl(fd, request, argument);
 }
 
-VP_EXPORT void* mmap(void* address, size_t length, int protection, int flags, int fd, off_t offset) {
+VP_EXPORT void* mmap(void* address, size_t length, int protection, int flags, int fd,
+                     off_t offset) {
     FramebufferDevice* device = VirtualSystem::Get().FramebufferOf(fd);
     if (device != nullptr && (device->failures & VP_FAIL_MMAP)) {
         errno = ENOMEM;

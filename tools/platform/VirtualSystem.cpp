@@ -26,10 +26,16 @@ bool StartsWith(const std::string& text, const std::string& prefix) {
     return text.compare(0, prefix.size(), prefix) == 0;
 }
 
-int RemoveEntry(const char* path, const struct stat*, int, struct FTW*) { return remove(path); }
+int RemoveEntry(const char* path, const struct stat*, int, struct FTW*) {
+    return remove(path);
+}
 
-std::string NamePath(int index) { return "/sys/class/input/input" + std::to_string(index) + "/name"; }
-std::string NodePath(int index) { return "/dev/input/event" + std::to_string(index); }
+std::string NamePath(int index) {
+    return "/sys/class/input/input" + std::to_string(index) + "/name";
+}
+std::string NodePath(int index) {
+    return "/dev/input/event" + std::to_string(index);
+}
 
 }  // namespace
 
@@ -74,7 +80,9 @@ bool VirtualSystem::Redirect(const char* path, std::string& real) {
     return false;
 }
 
-std::string VirtualSystem::RealPathOf(const std::string& virtualPath) { return Root() + virtualPath; }
+std::string VirtualSystem::RealPathOf(const std::string& virtualPath) {
+    return Root() + virtualPath;
+}
 
 void VirtualSystem::MakeParents(const std::string& realPath) {
     for (size_t slash = Root().size() + 1; (slash = realPath.find('/', slash)) != std::string::npos;
@@ -132,7 +140,8 @@ int VirtualSystem::AddFramebuffer(const std::string& path, const vp_screen& scre
     if (view == MAP_FAILED) return -1;
     device.view = static_cast<uint32_t*>(view);
     auto old = framebuffers.find(path);
-    if (old != framebuffers.end() && old->second.view) Real().munmap(old->second.view, old->second.size);
+    if (old != framebuffers.end() && old->second.view)
+        Real().munmap(old->second.view, old->second.size);
     framebuffers[path] = device;
     return 0;
 }
@@ -290,8 +299,9 @@ void VirtualSystem::BeforeWait(int nfds, fd_set* readSet) {
             QueueEvent(index, EV_KEY, code, 1);
             QueueEvent(index, EV_KEY, code, 0);
         } else if (device->scripted && exitWhenExhausted) {
-            std::fprintf(stderr,
-                         "vantor-platform: key script exhausted while the program waits for a key\n");
+            std::fprintf(
+                stderr,
+                "vantor-platform: key script exhausted while the program waits for a key\n");
             std::fflush(stderr);
             _exit(70);
         }

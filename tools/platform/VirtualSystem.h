@@ -33,7 +33,7 @@ struct InputDevice {
 // directory; descriptors and mappings of virtual devices are tracked so the ioctls,
 // failures and counters can answer for them.
 class VirtualSystem {
-public:
+  public:
     static VirtualSystem& Get();
 
     // The real path for a virtual one; false for paths that are not ours.
@@ -64,7 +64,7 @@ public:
     void* waitUser = nullptr;
     bool exitWhenExhausted = false;
 
-private:
+  private:
     VirtualSystem() = default;
     const std::string& Root();
     void MakeParents(const std::string& realPath);

@@ -28,10 +28,10 @@ typedef struct vp_screen {
 
 /* Failures a framebuffer device can be told to show, combined with |. */
 enum {
-    VP_FAIL_OPEN = 1,         /* open fails with ENOENT */
-    VP_FAIL_VSCREENINFO = 2,  /* FBIOGET_VSCREENINFO fails with EINVAL */
-    VP_FAIL_FSCREENINFO = 4,  /* FBIOGET_FSCREENINFO fails with EINVAL */
-    VP_FAIL_MMAP = 8          /* mmap fails with ENOMEM */
+    VP_FAIL_OPEN = 1,        /* open fails with ENOENT */
+    VP_FAIL_VSCREENINFO = 2, /* FBIOGET_VSCREENINFO fails with EINVAL */
+    VP_FAIL_FSCREENINFO = 4, /* FBIOGET_FSCREENINFO fails with EINVAL */
+    VP_FAIL_MMAP = 8         /* mmap fails with ENOMEM */
 };
 
 /* Forgets every virtual device, file, mapping, script and hook. Descriptors a program
