@@ -24,9 +24,20 @@
 static int width = 800;
 static int height = 480;
 
-/* Two stand-in images of 6 MiB and 2 MiB, so the copy has something to move. */
-static const char* const sources[2] = {"/tmp/vantor-demo-kernel.img", "/tmp/vantor-demo-rootfs.img"};
-static const char* const targets[2] = {"/tmp/vantor-demo-kernel.new", "/tmp/vantor-demo-rootfs.new"};
+/* Two stand-in images of 6 MiB and 2 MiB, so the copy has something to move; named
+ * after the process so that two demos never share them. */
+static char sources[2][64];
+static char targets[2][64];
+
+static void name_images(void) {
+    const char* parts[2] = {"kernel", "rootfs"};
+    for (int i = 0; i < 2; ++i) {
+        snprintf(sources[i], sizeof(sources[i]), "/tmp/vantor-demo-%d-%s.img", (int)getpid(),
+                 parts[i]);
+        snprintf(targets[i], sizeof(targets[i]), "/tmp/vantor-demo-%d-%s.new", (int)getpid(),
+                 parts[i]);
+    }
+}
 
 static int make_image(const char* path, long mebibytes) {
     FILE* file = fopen(path, "wb");
@@ -70,6 +81,7 @@ static int install_update(void) {
     const char* confirm[] = {"Install update 2.1?", "", "The device restarts afterwards.", NULL};
     if (ask(confirm, eDialogYesNo) != 1) return 0;
 
+    name_images();
     if (make_image(sources[0], 6) != 0 || make_image(sources[1], 2) != 0) {
         fprintf(stderr, "demo: cannot write the images to /tmp\n");
         return -1;

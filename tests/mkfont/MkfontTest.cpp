@@ -74,7 +74,7 @@ std::string Bdf(const std::vector<int>& codes) {
         for (int r = 0; r < 7; ++r) {
             int row = 0;
             for (int c = 0; c < 5; ++c) row |= Bit(code, r, c) << (7 - c);
-            char hex[4];
+            char hex[16];
             std::snprintf(hex, sizeof(hex), "%02X\n", row);
             text += hex;
         }

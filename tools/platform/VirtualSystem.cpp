@@ -296,8 +296,9 @@ void VirtualSystem::BeforeWait(int nfds, fd_set* readSet) {
         if (!device->script.empty()) {
             const int code = device->script.front();
             device->script.pop_front();
+            // A press alone: a release left in the node would make the next wait look
+            // busy, and the library reads releases as "no key" anyway.
             QueueEvent(index, EV_KEY, code, 1);
-            QueueEvent(index, EV_KEY, code, 0);
         } else if (device->scripted && exitWhenExhausted) {
             std::fprintf(
                 stderr,

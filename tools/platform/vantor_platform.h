@@ -65,7 +65,8 @@ typedef void (*vp_wait_hook)(int index, void* user);
 void vp_set_wait_hook(vp_wait_hook hook, void* user);
 
 /* Key script: device codes separated by commas or blanks; at each wait on an empty node
- * the next one is queued as a press and a release. When the script is used up, a wait
+ * the next one is queued as a key press (without a release, so that exactly one wait
+ * passes per key). When the script is used up, a wait
  * either times out as usual or, with vp_set_exit_when_exhausted(1), the process prints
  * one line on stderr and exits with status 70, so a test never hangs. */
 int vp_input_script(int index, const char* codes);

@@ -1,0 +1,83 @@
+#include "KeyScript.h"
+
+#include <cctype>
+#include <cstdlib>
+#include <map>
+#include <sstream>
+#include <stdexcept>
+
+namespace VantorSim {
+
+namespace {
+
+// The keypad's device codes, by what the library makes of them.
+const std::map<std::string, int> kNames = {
+    {"up", 6},  {"left", 6},   {"previous", 6}, {"down", 7},   {"right", 7},  {"next", 7},
+    {"ok", 50}, {"enter", 50}, {"select", 149}, {"back", 150}, {"home", 152}, {"cancel", 53}};
+
+std::string Lower(std::string text) {
+    for (char& c : text) c = char(std::tolower(static_cast<unsigned char>(c)));
+    return text;
+}
+
+KeyStep ParseStep(const std::string& word) {
+    const std::string name = Lower(word);
+    if (name == "none" || name == "-") return {KeyStep::Skip, 0, 0};
+    if (name.rfind("pause:", 0) == 0) {
+        char* end = nullptr;
+        const double seconds = std::strtod(name.c_str() + 6, &end);
+        if (*end != '\0' || !(seconds >= 0) || seconds > 3600) {
+            throw std::invalid_argument("bad pause \"" + word + "\" (pause:SECONDS)");
+        }
+        return {KeyStep::Pause, 0, seconds};
+    }
+    const int named = KeyCodeOf(name);
+    if (named >= 0) return {KeyStep::Press, named, 0};
+    char* end = nullptr;
+    const long code = std::strtol(name.c_str(), &end, 10);
+    if (name.empty() || *end != '\0' || code < 1 || code > 0x2FF) {
+        throw std::invalid_argument("unknown key \"" + word +
+                                    "\" (up, down, left, right, ok, select, back, home, "
+                                    "cancel, none, pause:SECONDS or a device code)");
+    }
+    return {KeyStep::Press, int(code), 0};
+}
+
+}  // namespace
+
+int KeyCodeOf(const std::string& name) {
+    const auto found = kNames.find(Lower(name));
+    return found == kNames.end() ? -1 : found->second;
+}
+
+std::vector<KeyStep> ParseKeyScript(const std::string& text) {
+    std::vector<KeyStep> steps;
+    std::istringstream lines(text);
+    std::string line;
+    while (std::getline(lines, line)) {
+        line = line.substr(0, line.find('#'));
+        for (char& c : line) {
+            if (c == ',') c = ' ';
+        }
+        std::istringstream words(line);
+        std::string word;
+        while (words >> word) steps.push_back(ParseStep(word));
+    }
+    return steps;
+}
+
+std::string EncodeKeyScript(const std::vector<KeyStep>& steps) {
+    std::ostringstream out;
+    for (const KeyStep& step : steps) {
+        if (step.kind == KeyStep::Press) out << step.code << ' ';
+        if (step.kind == KeyStep::Skip) out << "none ";
+        if (step.kind == KeyStep::Pause) out << "pause:" << step.seconds << ' ';
+    }
+    return out.str();
+}
+
+std::vector<KeyStep> DecodeKeyScript(const std::string& encoded) {
+    return ParseKeyScript(encoded);
+}
+
+}  // namespace VantorSim
