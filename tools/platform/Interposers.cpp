@@ -43,6 +43,11 @@ int OpenPath(const char* path, int flags, mode_t mode) {
     return fd;
 }
 
+int OpenAt(int dir, const char* path, int flags, mode_t mode) {
+    if (IsAbsolute(path)) return OpenPath(path, flags, mode);
+    return Real().openat(dir, path, flags, mode);
+}
+
 const char* Redirected(const char* path, std::string& real) {
     return VirtualSystem::Get().Redirect(path, real) ? real.c_str() : path;
 }
@@ -83,22 +88,24 @@ int FramebufferIoctl(FramebufferDevice& device, unsigned long request, void* arg
 
 }  // namespace
 
+// The variadic mode argument, read the same way for the whole open family.
+#define VP_READ_MODE(flags, mode)         \
+    mode_t mode;                          \
+    {                                     \
+        va_list args;                     \
+        va_start(args, flags);            \
+        mode = ModeArgument(flags, args); \
+        va_end(args);                     \
+    }
+
 VP_EXPORT int open(const char* path, int flags, ...) {
-    va_list args;
-    va_start(args, flags);
-    const mode_t mode = ModeArgument(flags, args);
-    va_end(args);
+    VP_READ_MODE(flags, mode);
     return OpenPath(path, flags, mode);
 }
-
 VP_EXPORT int open64(const char* path, int flags, ...) {
-    va_list args;
-    va_start(args, flags);
-    const mode_t mode = ModeArgument(flags, args);
-    va_end(args);
+    VP_READ_MODE(flags, mode);
     return OpenPath(path, flags, mode);
 }
-
 VP_EXPORT int __open_2(const char* path, int flags) {
     return OpenPath(path, flags, 0);
 }
@@ -107,28 +114,18 @@ VP_EXPORT int __open64_2(const char* path, int flags) {
 }
 
 VP_EXPORT int openat(int dir, const char* path, int flags, ...) {
-    va_list args;
-    va_start(args, flags);
-    const mode_t mode = ModeArgument(flags, args);
-    va_end(args);
-    if (IsAbsolute(path)) return OpenPath(path, flags, mode);
-    return Real().openat(dir, path, flags, mode);
+    VP_READ_MODE(flags, mode);
+    return OpenAt(dir, path, flags, mode);
 }
-
 VP_EXPORT int openat64(int dir, const char* path, int flags, ...) {
-    va_list args;
-    va_start(args, flags);
-    const mode_t mode = ModeArgument(flags, args);
-    va_end(args);
-    if (IsAbsolute(path)) return OpenPath(path, flags, mode);
-    return Real().openat(dir, path, flags, mode);
+    VP_READ_MODE(flags, mode);
+    return OpenAt(dir, path, flags, mode);
 }
-
 VP_EXPORT int __openat_2(int dir, const char* path, int flags) {
-    return openat(dir, path, flags);
+    return OpenAt(dir, path, flags, 0);
 }
 VP_EXPORT int __openat64_2(int dir, const char* path, int flags) {
-    return openat(dir, path, flags);
+    return OpenAt(dir, path, flags, 0);
 }
 
 VP_EXPORT FILE* fopen(const char* path, const char* mode) {
