@@ -4,7 +4,9 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/deps.sh
-vantor_install_missing
+# The system tests boot Debian's kernel in QEMU with busybox as init; fbcat reads the
+# screen as a third party.
+vantor_install_missing qemu-system-x86 busybox-static fbcat
 
 jobs=$(nproc)
 

@@ -1,0 +1,81 @@
+#include "UinputDevice.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <linux/uinput.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <cstring>
+#include <fstream>
+
+namespace {
+
+// The keypad's seven keys, and one it does not have.
+const int kKeys[] = {6, 7, 50, 53, 149, 150, 152, 30};
+
+}  // namespace
+
+UinputDevice::UinputDevice(const std::string& deviceName) : name(deviceName) {
+    fd = open("/dev/uinput", O_WRONLY | O_NONBLOCK);
+    if (fd < 0) return;
+    ioctl(fd, UI_SET_EVBIT, EV_KEY);
+    ioctl(fd, UI_SET_EVBIT, EV_SYN);
+    for (int key : kKeys) ioctl(fd, UI_SET_KEYBIT, key);
+    uinput_setup setup;
+    std::memset(&setup, 0, sizeof(setup));
+    setup.id.bustype = BUS_I2C;
+    setup.id.vendor = 0x0451;  // the controller's maker
+    setup.id.product = 0x8418;
+    std::strncpy(setup.name, name.c_str(), UINPUT_MAX_NAME_SIZE - 1);
+    if (ioctl(fd, UI_DEV_SETUP, &setup) != 0 || ioctl(fd, UI_DEV_CREATE) != 0) {
+        close(fd);
+        fd = -1;
+        return;
+    }
+    usleep(200000);  // let the kernel publish the device and its node
+}
+
+UinputDevice::~UinputDevice() {
+    if (fd < 0) return;
+    ioctl(fd, UI_DEV_DESTROY);
+    close(fd);
+}
+
+void UinputDevice::Emit(int type, int code, int value) {
+    input_event event;
+    std::memset(&event, 0, sizeof(event));
+    event.type = static_cast<__u16>(type);
+    event.code = static_cast<__u16>(code);
+    event.value = value;
+    (void)!write(fd, &event, sizeof(event));
+}
+
+void UinputDevice::Press(int code) {
+    Emit(EV_KEY, code, 1);
+    Emit(EV_SYN, SYN_REPORT, 0);
+    Release(code);
+}
+
+void UinputDevice::Release(int code) {
+    Emit(EV_KEY, code, 0);
+    Emit(EV_SYN, SYN_REPORT, 0);
+}
+
+std::string UinputDevice::EventNode() const {
+    for (int n = 0; n < 32; ++n) {
+        std::ifstream file("/sys/class/input/input" + std::to_string(n) + "/name");
+        std::string line;
+        if (!std::getline(file, line) || line != name) continue;
+        const std::string dir = "/sys/class/input/input" + std::to_string(n);
+        DIR* entries = opendir(dir.c_str());
+        std::string node;
+        while (dirent* entry = entries ? readdir(entries) : nullptr) {
+            if (std::strncmp(entry->d_name, "event", 5) == 0)
+                node = "/dev/input/" + std::string(entry->d_name);
+        }
+        if (entries) closedir(entries);
+        return node;
+    }
+    return "";
+}
