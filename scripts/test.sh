@@ -6,7 +6,7 @@ cd "$(dirname "$0")/.."
 source scripts/deps.sh
 # The system tests boot Debian's kernel in QEMU with busybox as init; fbcat reads the
 # screen as a third party.
-vantor_install_missing qemu-system-x86 busybox-static fbcat
+vantor_install_missing qemu-system-x86 busybox-static fbcat g++-arm-linux-gnueabihf qemu-user-static
 
 jobs=$(nproc)
 

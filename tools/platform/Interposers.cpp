@@ -104,7 +104,7 @@ VP_EXPORT int open(const char* path, int flags, ...) {
 }
 VP_EXPORT int open64(const char* path, int flags, ...) {
     VP_READ_MODE(flags, mode);
-    return OpenPath(path, flags, mode);
+    return OpenPath(path, flags | O_LARGEFILE, mode);
 }
 VP_EXPORT int __open_2(const char* path, int flags) {
     return OpenPath(path, flags, 0);
@@ -143,7 +143,8 @@ VP_EXPORT int stat(const char* path, struct stat* status) {
 }
 
 VP_EXPORT int stat64(const char* path, struct stat64* status) {
-    return stat(path, reinterpret_cast<struct stat*>(status));
+    std::string real;
+    return Real().stat64(Redirected(path, real), status);
 }
 
 VP_EXPORT int lstat(const char* path, struct stat* status) {
@@ -152,7 +153,8 @@ VP_EXPORT int lstat(const char* path, struct stat* status) {
 }
 
 VP_EXPORT int lstat64(const char* path, struct stat64* status) {
-    return lstat(path, reinterpret_cast<struct stat*>(status));
+    std::string real;
+    return Real().lstat64(Redirected(path, real), status);
 }
 
 VP_EXPORT int access(const char* path, int mode) {
@@ -171,21 +173,32 @@ VP_EXPORT int ioctl(int fd, unsigned long request, ...) {
     return Real().ioctl(fd, request, argument);
 }
 
-VP_EXPORT void* mmap(void* address, size_t length, int protection, int flags, int fd,
-                     off_t offset) {
+namespace {
+
+// Both widths of mmap share the failure injection and the tracking of device mappings.
+template <typename Offset, typename Call>
+void* MapWith(Call call, void* address, size_t length, int protection, int flags, int fd,
+              Offset offset) {
     FramebufferDevice* device = VirtualSystem::Get().FramebufferOf(fd);
     if (device != nullptr && (device->failures & VP_FAIL_MMAP)) {
         errno = ENOMEM;
         return MAP_FAILED;
     }
-    void* mapped = Real().mmap(address, length, protection, flags, fd, offset);
+    void* mapped = call(address, length, protection, flags, fd, offset);
     if (mapped != MAP_FAILED) VirtualSystem::Get().Mapped(fd, mapped);
     return mapped;
 }
 
+}  // namespace
+
+VP_EXPORT void* mmap(void* address, size_t length, int protection, int flags, int fd,
+                     off_t offset) {
+    return MapWith(Real().mmap, address, length, protection, flags, fd, offset);
+}
+
 VP_EXPORT void* mmap64(void* address, size_t length, int protection, int flags, int fd,
-                       off_t offset) {
-    return mmap(address, length, protection, flags, fd, offset);
+                       off64_t offset) {
+    return MapWith(Real().mmap64, address, length, protection, flags, fd, offset);
 }
 
 VP_EXPORT int munmap(void* address, size_t length) {

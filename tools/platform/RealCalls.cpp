@@ -23,11 +23,15 @@ RealCalls Load() {
     Resolve(calls.open, "open");
     Resolve(calls.openat, "openat");
     Resolve(calls.fopen, "fopen");
+    Resolve(calls.fopen64, "fopen64");
     Resolve(calls.stat, "stat");
     Resolve(calls.lstat, "lstat");
+    Resolve(calls.stat64, "stat64");
+    Resolve(calls.lstat64, "lstat64");
     Resolve(calls.access, "access");
     Resolve(calls.ioctl, "ioctl");
     Resolve(calls.mmap, "mmap");
+    Resolve(calls.mmap64, "mmap64");
     Resolve(calls.munmap, "munmap");
     Resolve(calls.close, "close");
     Resolve(calls.select, "select");
