@@ -14,7 +14,7 @@ mount -t 9p -o trans=virtio,version=9p2000.L results /results
 . /results/config
 for dir in lib lib64 usr/lib usr/bin; do ln -s "/host/$dir" "/$dir"; done
 ln -s /host/etc/ld.so.cache /etc/ld.so.cache
-ln -s "/host$BUILD_TOP" "$BUILD_TOP"
+mkdir -p "${BUILD%/*}" && ln -s "/host$BUILD" "$BUILD"
 cp "$FONTS/lr.tf" "$FONTS/lb.tf" /usr/share/fonts/vantor/
 
 # An 800x480 screen at 32 bits per pixel; the console lets go of it so no cursor blinks.

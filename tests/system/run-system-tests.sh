@@ -51,7 +51,7 @@ cp "$modules/drivers/video/fbdev/vfb.ko" "$root/modules/"
 results="$work/results"
 rm -rf "$results" && mkdir -p "$results"
 cat > "$results/config" <<CONFIG
-BUILD_TOP=/$(echo "$build" | cut -d/ -f2)
+BUILD=$build
 FONTS=$build/fonts
 SCENARIOS=$build/tests/system/vantor_system_scenarios
 SCREEN=$build/tests/system/vantor_system_screen
