@@ -4,9 +4,10 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/deps.sh
-# The system tests boot Debian's kernel in QEMU with busybox as init; fbcat reads the
-# screen as a third party.
-vantor_install_missing qemu-system-x86 busybox-static fbcat g++-arm-linux-gnueabihf qemu-user-static
+# Besides the build's own packages: QEMU, busybox and fbcat for the tests on a real
+# kernel, and the ARM and 32-bit x86 cross compilers for the 32-bit targets.
+vantor_install_missing qemu-system-x86 busybox-static fbcat g++-arm-linux-gnueabihf qemu-user-static \
+  g++-i686-linux-gnu
 
 jobs=$(nproc)
 
