@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cctype>
 
-#include "GlyphSet.h"
+#include "Refusal.h"
 
 namespace VantorFont {
 

@@ -6,35 +6,42 @@
 
 #include <string>
 
-#include "GlyphSet.h"
+#include "GlyphSource.h"
 
 namespace VantorFont {
 
 // Every font FreeType reads: bitmap strikes (BDF, PCF, PCF.gz, OTB) as drawn, outlines
-// rendered in black and white at the asked cell height.
+// rendered black and white at the largest size whose line fits the asked cell.
 class FreeTypeReader : public GlyphSource {
   public:
-    // width and height 0 take the font's own cell (bitmap fonts) or are required (outlines).
-    FreeTypeReader(const std::string& path, int width, int height);  // throws Refusal
+    // width and height 0 mean "the font's own": a bitmap font's strike decides the cell;
+    // an outline font needs at least a height. Throws Refusal.
+    FreeTypeReader(const std::string& path, int width, int height);
     ~FreeTypeReader() override;
     FreeTypeReader(const FreeTypeReader&) = delete;
     FreeTypeReader& operator=(const FreeTypeReader&) = delete;
 
-    int Width() const override { return cellWidth; }
     int Height() const override { return cellHeight; }
-    bool HasUnicode() const override { return true; }
-    bool Render(uint32_t character, std::vector<uint8_t>& bits) override;
-
-    int clippedRows = 0;  // glyph rows that fell above or below the cell
+    int Baseline() const override { return baseline; }
+    int Advance() const override;
+    bool HasUnicode() const override { return unicode; }
+    void Prepare(const std::vector<uint32_t>& keys) override;
+    bool Load(uint32_t key, Ink& ink) override;
+    std::vector<std::string> Notes() const override;
 
   private:
-    void SelectStrike(int width, int height);
-    void SizeOutlines(int width, int height);
+    void SelectCharmap();
+    void SelectStrike(int height);
+    bool Fits(const std::vector<uint32_t>& keys) const;
+    int WidestInk(const std::vector<uint32_t>& keys) const;
+    void Render(FT_UInt index) const;
 
     FT_Library library = nullptr;
     FT_Face face = nullptr;
-    int cellWidth = 0;
+    bool unicode = false;
+    int askedWidth = 0;
     int cellHeight = 0;
+    int pixelsPerEm = 0;  // outlines only
     int baseline = 0;
 };
 

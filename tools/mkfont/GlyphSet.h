@@ -3,34 +3,35 @@
 
 #include <cstdint>
 #include <map>
-#include <stdexcept>
-#include <string>
 #include <vector>
+
+#include "Refusal.h"
 
 namespace VantorFont {
 
-// A converter failure the user can act on; main prints it and exits non-zero.
-struct Refusal : std::runtime_error {
-    using std::runtime_error::runtime_error;
-};
-
-// Fixed-cell glyphs by library code: each bitmap is height rows of width bytes, 0 or 1.
-struct GlyphSet {
-    int width = 0;
-    int height = 0;
-    std::map<int, std::vector<uint8_t>> glyphs;
-};
-
-// Where a source font's glyphs come from: by Unicode character, or (for a console font
-// without a Unicode table) by position in the font.
-class GlyphSource {
+// The converted font before it is written: fixed-cell glyphs by library code, each bitmap
+// height rows of width bytes, 0 or 1. A map keeps the codes sorted and each one once.
+class GlyphSet {
   public:
-    virtual ~GlyphSource() = default;
-    virtual int Width() const = 0;
-    virtual int Height() const = 0;
-    virtual bool HasUnicode() const = 0;
-    // The glyph for a Unicode character, or for a position; false if the font lacks it.
-    virtual bool Render(uint32_t character, std::vector<uint8_t>& bits) = 0;
+    using Bitmap = std::vector<uint8_t>;
+
+    GlyphSet(int width, int height) : width(width), height(height) {}
+
+    int Width() const { return width; }
+    int Height() const { return height; }
+    size_t Count() const { return glyphs.size(); }
+    const std::map<int, Bitmap>& Glyphs() const { return glyphs; }
+
+    void Add(int code, Bitmap bits) {
+        // A bitmap of another size would shift every glyph after it in the file.
+        if (bits.size() != size_t(width) * size_t(height)) throw Refusal("glyph of wrong size");
+        glyphs[code] = std::move(bits);
+    }
+
+  private:
+    int width;
+    int height;
+    std::map<int, Bitmap> glyphs;
 };
 
 }  // namespace VantorFont

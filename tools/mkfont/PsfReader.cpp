@@ -4,12 +4,15 @@
 
 #include <cstring>
 
+#include "Refusal.h"
+
 namespace VantorFont {
 
 namespace {
 
 const uint8_t kPsf1Magic[] = {0x36, 0x04};
 const uint8_t kPsf2Magic[] = {0x72, 0xB5, 0x4A, 0x86};
+const uint32_t kMaxCell = 256;  // the largest cell --size accepts too
 
 // gzread passes files that are not compressed through unchanged.
 std::vector<uint8_t> ReadAll(const std::string& path) {
@@ -70,26 +73,38 @@ void PsfReader::ReadPsf1(const std::vector<uint8_t>& data) {
     height = data[3];
     count = (mode & 0x01) ? 512 : 256;
     bytesPerGlyph = size_t(height);
-    const size_t end = 4 + bytesPerGlyph * count;
-    if (height == 0 || data.size() < end) throw Refusal("PSF1 font is truncated");
+    CheckSize(data.size() - 4);
+    const size_t end = 4 + bytesPerGlyph * size_t(count);
     bitmaps.assign(data.begin() + 4, data.begin() + long(end));
-    if (mode & 0x06) ReadUnicodeTable1(data, end);
+    if (mode & 0x06) ReadUnicodeTable1(data, end);  // a table, or a table with sequences
 }
 
 void PsfReader::ReadPsf2(const std::vector<uint8_t>& data) {
     if (data.size() < 32) throw Refusal("PSF2 header is truncated");
     const uint32_t headerSize = Le32(data, 8), flags = Le32(data, 12);
-    count = int(Le32(data, 16));
+    const uint32_t glyphs = Le32(data, 16), rows = Le32(data, 24), columns = Le32(data, 28);
     bytesPerGlyph = Le32(data, 20);
-    height = int(Le32(data, 24));
-    width = int(Le32(data, 28));
-    const size_t end = headerSize + bytesPerGlyph * size_t(count);
-    if (width <= 0 || height <= 0 || count <= 0 ||
-        bytesPerGlyph < size_t((width + 7) / 8) * height || data.size() < end) {
-        throw Refusal("PSF2 font is truncated or inconsistent");
+    // Taken as unsigned and bounded before any arithmetic, so no field can overflow it.
+    if (headerSize < 32 || headerSize > data.size() || glyphs > 65536 || rows > kMaxCell ||
+        columns > kMaxCell) {
+        throw Refusal("PSF2 header is inconsistent");
     }
+    count = int(glyphs);
+    height = int(rows);
+    width = int(columns);
+    CheckSize(data.size() - headerSize);
+    const size_t end = headerSize + bytesPerGlyph * size_t(count);
     bitmaps.assign(data.begin() + headerSize, data.begin() + long(end));
     if (flags & 1) ReadUnicodeTable2(data, end);
+}
+
+// Whether the header's glyphs are sane and `available` bytes hold them.
+void PsfReader::CheckSize(size_t available) const {
+    if (width < 1 || height < 1 || count < 1) throw Refusal("the PSF font has no glyphs");
+    if (bytesPerGlyph < size_t((width + 7) / 8) * size_t(height) || bytesPerGlyph > 65536) {
+        throw Refusal("PSF glyph size does not match its width and height");
+    }
+    if (available / bytesPerGlyph < size_t(count)) throw Refusal("the PSF font is truncated");
 }
 
 // PSF1: per glyph, 16-bit characters ended by 0xFFFF; 0xFFFE starts combining sequences,
@@ -117,23 +132,28 @@ void PsfReader::ReadUnicodeTable2(const std::vector<uint8_t>& data, size_t at) {
     }
 }
 
-bool PsfReader::Render(uint32_t character, std::vector<uint8_t>& bits) {
-    int glyph = int(character);
+bool PsfReader::Load(uint32_t key, Ink& ink) {
+    int glyph = int(key);
     if (HasUnicode()) {
-        const auto found = unicode.find(character);
+        const auto found = unicode.find(key);
         if (found == unicode.end()) return false;
         glyph = found->second;
     }
     if (glyph < 0 || glyph >= count) return false;
     const uint8_t* source = bitmaps.data() + bytesPerGlyph * size_t(glyph);
     const int rowBytes = (width + 7) / 8;
-    bits.assign(size_t(width) * height, 0);
+    ink = Ink{width, height, 0, height, width, std::vector<uint8_t>(size_t(width) * height)};
     for (int r = 0; r < height; ++r) {
         for (int c = 0; c < width; ++c) {
-            bits[size_t(r) * width + c] = (source[r * rowBytes + c / 8] >> (7 - c % 8)) & 1;
+            ink.bits[size_t(r) * width + c] = (source[r * rowBytes + c / 8] >> (7 - c % 8)) & 1;
         }
     }
     return true;
+}
+
+std::vector<std::string> PsfReader::Notes() const {
+    if (HasUnicode()) return {};
+    return {"the font has no Unicode table: codes are glyph positions, no code page"};
 }
 
 }  // namespace VantorFont

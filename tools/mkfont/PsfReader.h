@@ -3,8 +3,9 @@
 
 #include <map>
 #include <string>
+#include <vector>
 
-#include "GlyphSet.h"
+#include "GlyphSource.h"
 
 namespace VantorFont {
 
@@ -14,12 +15,15 @@ class PsfReader : public GlyphSource {
     explicit PsfReader(const std::string& path);  // throws Refusal
     static bool LooksLikePsf(const std::string& path);
 
-    int Width() const override { return width; }
     int Height() const override { return height; }
+    int Baseline() const override { return height; }  // ink is the whole cell, top at 0
+    int Advance() const override { return width; }
     bool HasUnicode() const override { return !unicode.empty(); }
-    bool Render(uint32_t character, std::vector<uint8_t>& bits) override;
+    bool Load(uint32_t key, Ink& ink) override;
+    std::vector<std::string> Notes() const override;
 
   private:
+    void CheckSize(size_t available) const;
     void ReadPsf1(const std::vector<uint8_t>& data);
     void ReadPsf2(const std::vector<uint8_t>& data);
     void ReadUnicodeTable1(const std::vector<uint8_t>& data, size_t offset);
