@@ -20,6 +20,16 @@ int32_t Le32(const std::vector<uint8_t>& data, size_t at) {
                    uint32_t(data[at + 3]) << 24);
 }
 
+// The default cell: 8x16 unless the build picked another Terminus size.
+int CellWidth() {
+    const int widths[][2] = {{12, 6},  {14, 8},  {16, 8},  {18, 10}, {20, 10},
+                             {22, 11}, {24, 12}, {28, 14}, {32, 16}};
+    for (const auto& size : widths) {
+        if (size[0] == VANTOR_FONT_SIZE) return size[1];
+    }
+    return 0;
+}
+
 int Ink(const unsigned char* bits, int size) {
     int ink = 0;
     for (int i = 0; i < size; ++i) ink += bits[i] != 0;
@@ -43,35 +53,38 @@ TEST_F(Mkfont, FileLayoutIsHeaderCodesThenBitmaps) {
     EXPECT_EQ(Bit(66, 0, 0), data[36 + 35] != 0);  // the second bitmap is B's
 }
 
-TEST(DefaultFonts, RegularAndBoldHoldLatin1InEightBySixteenCells) {
+TEST(DefaultFonts, RegularAndBoldHoldLatin1InTheConfiguredCell) {
     Vantor::CBitmapFont regular(kRegular.c_str()), bold(kBold.c_str());
+    const int cell = CellWidth() * VANTOR_FONT_SIZE;
     for (const Vantor::CBitmapFont* font : {&regular, &bold}) {
-        EXPECT_EQ(8, font->header.glyphWidth);
-        EXPECT_EQ(16, font->header.glyphHeight);
+        EXPECT_EQ(CellWidth(), font->header.glyphWidth);
+        EXPECT_EQ(VANTOR_FONT_SIZE, font->header.glyphHeight);
         for (int code : {int('A'), int('g'), 0xE9}) {
             const unsigned char* bits = font->getGlyphFromCode(code);
             ASSERT_NE(nullptr, bits) << font->pFileName << " " << code;
-            EXPECT_GT(Ink(bits, 8 * 16), 8) << font->pFileName << " " << code;
+            EXPECT_GT(Ink(bits, cell), 8) << font->pFileName << " " << code;
         }
         EXPECT_EQ(nullptr, font->getGlyphFromCode(0x80));  // a C1 control in Latin-1
     }
     // é is e with an accent, and the bold font is heavier.
-    EXPECT_GT(Ink(regular.getGlyphFromCode(0xE9), 128), Ink(regular.getGlyphFromCode('e'), 128));
-    EXPECT_GT(Ink(bold.getGlyphFromCode('A'), 128), Ink(regular.getGlyphFromCode('A'), 128));
+    EXPECT_GT(Ink(regular.getGlyphFromCode(0xE9), cell), Ink(regular.getGlyphFromCode('e'), cell));
+    EXPECT_GT(Ink(bold.getGlyphFromCode('A'), cell), Ink(regular.getGlyphFromCode('A'), cell));
 }
 
 TEST_F(Mkfont, ShowPrintsTheHeaderAndGlyphsAsTextArt) {
     const ToolRun run = Tool("--show " + kRegular + " 65,128");
     ASSERT_EQ(0, run.status) << run.output;
     EXPECT_NE(std::string::npos, run.output.find("magic \"tinyfont\"")) << run.output;
-    EXPECT_NE(std::string::npos, run.output.find("cell 8x16 pixels")) << run.output;
     EXPECT_NE(std::string::npos, run.output.find("code 128 (0x80): not in the font"));
     Vantor::CBitmapFont font(kRegular.c_str());
+    const int w = font.header.glyphWidth;
     std::string art;
-    for (int i = 0; i < 8 * 16; ++i) {
+    for (int i = 0; i < w * font.header.glyphHeight; ++i) {
         art += font.getGlyphFromCode('A')[i] ? '#' : '.';
-        if (i % 8 == 7) art += '\n';
+        if (i % w == w - 1) art += '\n';
     }
+    const std::string cell = std::to_string(w) + "x" + std::to_string(font.header.glyphHeight);
+    EXPECT_NE(std::string::npos, run.output.find("cell " + cell + " pixels")) << run.output;
     EXPECT_NE(std::string::npos, run.output.find("code 65 (0x41) 'A'\n" + art)) << run.output;
 }
 
@@ -84,16 +97,17 @@ TEST_F(Mkfont, SheetIsAPngOfSixteenBySixteenCells) {
     image.format = PNG_FORMAT_GRAY;
     std::vector<uint8_t> pixels(PNG_IMAGE_SIZE(image));
     ASSERT_TRUE(png_image_finish_read(&image, nullptr, pixels.data(), 0, nullptr));
-    EXPECT_EQ(16u * 9 + 1, image.width);
-    EXPECT_EQ(16u * 17 + 1, image.height);
+    Vantor::CBitmapFont font(kRegular.c_str());
+    const int w = font.header.glyphWidth, h = font.header.glyphHeight;
+    EXPECT_EQ(16u * (w + 1) + 1, image.width);  // one grid line between cells and around
+    EXPECT_EQ(16u * (h + 1) + 1, image.height);
     EXPECT_EQ(160, pixels[0]);                // grid
     EXPECT_EQ(224, pixels[image.width + 1]);  // code 0 is not in the font
-    Vantor::CBitmapFont font(kRegular.c_str());
     const unsigned char* a = font.getGlyphFromCode('A');
-    const int x0 = 1 + 1 * 9, y0 = 1 + 4 * 17;  // 'A' is 0x41: row 4, column 1
-    for (int r = 0; r < 16; ++r) {
-        for (int c = 0; c < 8; ++c) {
-            ASSERT_EQ(a[r * 8 + c] ? 0 : 255, pixels[(y0 + r) * image.width + x0 + c]);
+    const int x0 = 1 + 1 * (w + 1), y0 = 1 + 4 * (h + 1);  // 'A' is 0x41: row 4, column 1
+    for (int r = 0; r < h; ++r) {
+        for (int c = 0; c < w; ++c) {
+            ASSERT_EQ(a[r * w + c] ? 0 : 255, pixels[(y0 + r) * image.width + x0 + c]);
         }
     }
 }
