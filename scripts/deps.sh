@@ -7,7 +7,7 @@ VANTOR_PACKAGES=(
   build-essential cmake pkg-config
   googletest libgtest-dev libbenchmark-dev
   libfreetype-dev libpng-dev zlib1g-dev
-  xfonts-terminus
+  xfonts-terminus fonts-dejavu-core
 )
 
 vantor_install_missing() {
