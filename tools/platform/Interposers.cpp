@@ -14,7 +14,7 @@
 #include "VirtualSystem.h"
 
 using VantorPlatform::FramebufferDevice;
-using VantorPlatform::Real;
+using VantorPlatform::RealCalls;
 using VantorPlatform::VirtualSystem;
 
 #define VP_EXPORT extern "C" __attribute__((visibility("default")))
@@ -33,19 +33,19 @@ mode_t ModeArgument(int flags, va_list args) {
 
 int OpenPath(const char* path, int flags, mode_t mode) {
     std::string real;
-    if (!VirtualSystem::Get().Redirect(path, real)) return Real().open(path, flags, mode);
+    if (!VirtualSystem::Get().Redirect(path, real)) return RealCalls::Open(path, flags, mode);
     if (VirtualSystem::Get().RefuseOpen(path)) {
         errno = ENOENT;
         return -1;
     }
-    const int fd = Real().open(real.c_str(), flags, mode);
+    const int fd = RealCalls::Open(real.c_str(), flags, mode);
     VirtualSystem::Get().Opened(path, fd);
     return fd;
 }
 
 int OpenAt(int dir, const char* path, int flags, mode_t mode) {
     if (IsAbsolute(path)) return OpenPath(path, flags, mode);
-    return Real().openat(dir, path, flags, mode);
+    return RealCalls::OpenAt(dir, path, flags, mode);
 }
 
 const char* Redirected(const char* path, std::string& real) {
@@ -130,7 +130,7 @@ VP_EXPORT int __openat64_2(int dir, const char* path, int flags) {
 
 VP_EXPORT FILE* fopen(const char* path, const char* mode) {
     std::string real;
-    return Real().fopen(Redirected(path, real), mode);
+    return RealCalls::Fopen(Redirected(path, real), mode);
 }
 
 VP_EXPORT FILE* fopen64(const char* path, const char* mode) {
@@ -139,27 +139,27 @@ VP_EXPORT FILE* fopen64(const char* path, const char* mode) {
 
 VP_EXPORT int stat(const char* path, struct stat* status) {
     std::string real;
-    return Real().stat(Redirected(path, real), status);
+    return RealCalls::Stat(Redirected(path, real), status);
 }
 
 VP_EXPORT int stat64(const char* path, struct stat64* status) {
     std::string real;
-    return Real().stat64(Redirected(path, real), status);
+    return RealCalls::Stat64(Redirected(path, real), status);
 }
 
 VP_EXPORT int lstat(const char* path, struct stat* status) {
     std::string real;
-    return Real().lstat(Redirected(path, real), status);
+    return RealCalls::Lstat(Redirected(path, real), status);
 }
 
 VP_EXPORT int lstat64(const char* path, struct stat64* status) {
     std::string real;
-    return Real().lstat64(Redirected(path, real), status);
+    return RealCalls::Lstat64(Redirected(path, real), status);
 }
 
 VP_EXPORT int access(const char* path, int mode) {
     std::string real;
-    return Real().access(Redirected(path, real), mode);
+    return RealCalls::Access(Redirected(path, real), mode);
 }
 
 VP_EXPORT int ioctl(int fd, unsigned long request, ...) {
@@ -170,7 +170,7 @@ VP_EXPORT int ioctl(int fd, unsigned long request, ...) {
     if (FramebufferDevice* device = VirtualSystem::Get().FramebufferOf(fd)) {
         return FramebufferIoctl(*device, request, argument);
     }
-    return Real().ioctl(fd, request, argument);
+    return RealCalls::Ioctl(fd, request, argument);
 }
 
 namespace {
@@ -193,26 +193,26 @@ void* MapWith(Call call, void* address, size_t length, int protection, int flags
 
 VP_EXPORT void* mmap(void* address, size_t length, int protection, int flags, int fd,
                      off_t offset) {
-    return MapWith(Real().mmap, address, length, protection, flags, fd, offset);
+    return MapWith(RealCalls::Mmap, address, length, protection, flags, fd, offset);
 }
 
 VP_EXPORT void* mmap64(void* address, size_t length, int protection, int flags, int fd,
                        off64_t offset) {
-    return MapWith(Real().mmap64, address, length, protection, flags, fd, offset);
+    return MapWith(RealCalls::Mmap64, address, length, protection, flags, fd, offset);
 }
 
 VP_EXPORT int munmap(void* address, size_t length) {
     VirtualSystem::Get().Unmapping(address);
-    return Real().munmap(address, length);
+    return RealCalls::Munmap(address, length);
 }
 
 VP_EXPORT int close(int fd) {
     VirtualSystem::Get().Closing(fd);
-    return Real().close(fd);
+    return RealCalls::Close(fd);
 }
 
 VP_EXPORT int select(int nfds, fd_set* readSet, fd_set* writeSet, fd_set* exceptSet,
                      struct timeval* timeout) {
     VirtualSystem::Get().BeforeWait(nfds, readSet);
-    return Real().select(nfds, readSet, writeSet, exceptSet, timeout);
+    return RealCalls::Select(nfds, readSet, writeSet, exceptSet, timeout);
 }

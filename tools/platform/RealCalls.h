@@ -6,30 +6,34 @@
 #include <sys/stat.h>
 #include <sys/types.h>
 
-// The C library's own functions behind the ones this layer interposes, found once with
-// dlsym(RTLD_NEXT) so that calls go to whatever comes after us (the C library, or a
-// sanitizer's interceptor in front of it).
 namespace VantorPlatform {
 
-struct RealCalls {
-    int (*open)(const char*, int, ...);
-    int (*openat)(int, const char*, int, ...);
-    FILE* (*fopen)(const char*, const char*);
-    FILE* (*fopen64)(const char*, const char*);
-    int (*stat)(const char*, struct stat*);
-    int (*lstat)(const char*, struct stat*);
-    int (*stat64)(const char*, struct stat64*);
-    int (*lstat64)(const char*, struct stat64*);
-    int (*access)(const char*, int);
-    int (*ioctl)(int, unsigned long, ...);
-    void* (*mmap)(void*, size_t, int, int, int, off_t);
-    void* (*mmap64)(void*, size_t, int, int, int, off64_t);
-    int (*munmap)(void*, size_t);
-    int (*close)(int);
-    int (*select)(int, fd_set*, fd_set*, fd_set*, struct timeval*);
+// The definitions behind the ones this layer interposes: whatever follows us in the
+// lookup order (the C library, or a sanitizer's interceptor in front of it). Each is
+// found with dlsym(RTLD_NEXT) on its first use, so calls that arrive before any of our
+// initialisation work, and a call that dlsym itself makes while we look one up goes
+// straight to the kernel instead of back into dlsym.
+class RealCalls {
+  public:
+    static int Open(const char* path, int flags, mode_t mode);
+    static int OpenAt(int dir, const char* path, int flags, mode_t mode);
+    static FILE* Fopen(const char* path, const char* mode);
+    static FILE* Fopen64(const char* path, const char* mode);
+    static int Stat(const char* path, struct stat* status);
+    static int Stat64(const char* path, struct stat64* status);
+    static int Lstat(const char* path, struct stat* status);
+    static int Lstat64(const char* path, struct stat64* status);
+    static int Access(const char* path, int mode);
+    static int Ioctl(int fd, unsigned long request, void* argument);
+    static void* Mmap(void* address, size_t length, int protection, int flags, int fd,
+                      off_t offset);
+    static void* Mmap64(void* address, size_t length, int protection, int flags, int fd,
+                        off64_t offset);
+    static int Munmap(void* address, size_t length);
+    static int Close(int fd);
+    static int Select(int nfds, fd_set* readSet, fd_set* writeSet, fd_set* exceptSet,
+                      struct timeval* timeout);
 };
-
-const RealCalls& Real();
 
 }  // namespace VantorPlatform
 

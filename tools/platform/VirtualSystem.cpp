@@ -96,10 +96,10 @@ int VirtualSystem::AddFile(const std::string& path, const void* data, size_t siz
     std::string real;
     if (!Redirect(path.c_str(), real)) return -1;
     MakeParents(real);
-    const int fd = Real().open(real.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+    const int fd = RealCalls::Open(real.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
     if (fd < 0) return -1;
     const bool written = size == 0 || write(fd, data, size) == static_cast<ssize_t>(size);
-    Real().close(fd);
+    RealCalls::Close(fd);
     return written ? 0 : -1;
 }
 
@@ -133,15 +133,15 @@ int VirtualSystem::AddFramebuffer(const std::string& path, const vp_screen& scre
     device.size = byLines > byPixels ? byLines : byPixels;
     if (!Redirect(path.c_str(), device.file)) return -1;
     MakeParents(device.file);
-    const int fd = Real().open(device.file.c_str(), O_RDWR | O_CREAT | O_TRUNC, 0644);
+    const int fd = RealCalls::Open(device.file.c_str(), O_RDWR | O_CREAT | O_TRUNC, 0644);
     if (fd < 0 || ftruncate(fd, off_t(device.size)) != 0) return -1;
-    void* view = Real().mmap(nullptr, device.size, PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0);
-    Real().close(fd);
+    void* view = RealCalls::Mmap(nullptr, device.size, PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0);
+    RealCalls::Close(fd);
     if (view == MAP_FAILED) return -1;
     device.view = static_cast<uint32_t*>(view);
     auto old = framebuffers.find(path);
     if (old != framebuffers.end() && old->second.view)
-        Real().munmap(old->second.view, old->second.size);
+        RealCalls::Munmap(old->second.view, old->second.size);
     framebuffers[path] = device;
     return 0;
 }
@@ -164,7 +164,7 @@ int VirtualSystem::AddInput(int index, const char* name) {
     MakeParents(node);
     if (mkfifo(node.c_str(), 0644) != 0) return -1;
     InputDevice device;
-    device.writer = Real().open(node.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
+    device.writer = RealCalls::Open(node.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC, 0);
     if (device.writer < 0) return -1;
     inputs[index] = device;
     return 0;
@@ -176,7 +176,7 @@ int VirtualSystem::RemoveInput(int index) {
     RemoveFile(NamePath(index));
     RemoveFile(NodePath(index));
     if (found == inputs.end()) return -1;
-    Real().close(found->second.writer);
+    RealCalls::Close(found->second.writer);
     inputs.erase(found);
     return 0;
 }
@@ -206,7 +206,7 @@ void VirtualSystem::Reset() {
     std::lock_guard<std::recursive_mutex> lock(mutex);
     while (!inputs.empty()) RemoveInput(inputs.begin()->first);
     for (auto& [path, device] : framebuffers) {
-        Real().munmap(device.view, device.size);
+        RealCalls::Munmap(device.view, device.size);
         unlink(device.file.c_str());
     }
     framebuffers.clear();
@@ -279,7 +279,7 @@ void VirtualSystem::Unmapping(void* address) {
 
 bool VirtualSystem::QueueIsEmpty(InputDevice& device) {
     int queued = 0;
-    return Real().ioctl(device.writer, FIONREAD, &queued) == 0 && queued == 0;
+    return RealCalls::Ioctl(device.writer, FIONREAD, &queued) == 0 && queued == 0;
 }
 
 // The program is about to wait on an event node with nothing in it: let the observer
