@@ -1,17 +1,11 @@
 #include "VirtualSystem.h"
 
+#include <errno.h>
 #include <fcntl.h>
-#include <ftw.h>
-#include <linux/input.h>
-#include <sys/ioctl.h>
-#include <sys/mman.h>
-#include <sys/time.h>
 #include <unistd.h>
 
-#include <cerrno>
+#include <algorithm>
 #include <cstdio>
-#include <cstdlib>
-#include <cstring>
 
 #include "RealCalls.h"
 
@@ -19,294 +13,333 @@ namespace VantorPlatform {
 
 namespace {
 
-const char* const kVirtualPrefixes[] = {"/dev/fb", "/dev/input/", "/sys/class/input/",
-                                        "/usr/share/fonts/vantor/"};
+using Lock = std::lock_guard<std::recursive_mutex>;
 
-bool StartsWith(const std::string& text, const std::string& prefix) {
-    return text.compare(0, prefix.size(), prefix) == 0;
-}
-
-int RemoveEntry(const char* path, const struct stat*, int, struct FTW*) {
-    return remove(path);
-}
+// Set while this thread runs the wait hook, whose own selects are not waits for a key.
+__thread bool inWaitHook = false;
 
 std::string NamePath(int index) {
     return "/sys/class/input/input" + std::to_string(index) + "/name";
 }
+
 std::string NodePath(int index) {
     return "/dev/input/event" + std::to_string(index);
+}
+
+// The index of an event node path, or -1.
+int NodeIndex(const char* path) {
+    int index = -1, end = 0;
+    if (std::sscanf(path, "/dev/input/event%d%n", &index, &end) != 1 || path[end] != '\0')
+        return -1;
+    return index;
+}
+
+// A select that may wait: no time-out, or a valid one above zero. A negative one fails
+// at once and a zero one only polls.
+bool CouldWait(const struct timeval* timeout) {
+    return timeout == nullptr || (timeout->tv_sec >= 0 && timeout->tv_usec >= 0 &&
+                                  (timeout->tv_sec > 0 || timeout->tv_usec > 0));
+}
+
+bool IsInvalid(const struct timeval* timeout) {
+    return timeout != nullptr && (timeout->tv_sec < 0 || timeout->tv_usec < 0);
 }
 
 }  // namespace
 
 VirtualSystem& VirtualSystem::Get() {
     // Never destroyed: the library under test closes and unmaps its devices in its own
-    // unload hook, after static objects of ours would be gone.
+    // unload hook, which runs after static objects of ours would be gone.
     static VirtualSystem* system = new VirtualSystem();
     return *system;
 }
 
-const std::string& VirtualSystem::Root() {
-    if (root.empty()) {
-        const char* tmp = std::getenv("TMPDIR");
-        std::string pattern = std::string(tmp && *tmp ? tmp : "/tmp") + "/vantor-platform-XXXXXX";
-        if (mkdtemp(&pattern[0]) == nullptr) {
-            std::perror("vantor-platform: cannot make its directory");
-            std::abort();
-        }
-        root = pattern;
-        static std::string* removeAtExit = &root;
-        std::atexit([] { nftw(removeAtExit->c_str(), RemoveEntry, 16, FTW_DEPTH | FTW_PHYS); });
-    }
-    return root;
+void VirtualSystem::Reset() {
+    Lock lock(mutex);
+    inputs.clear();
+    framebuffers.clear();
+    table.Clear();
+    paths.Clear();
+    root.Clear();
+    waitHook = nullptr;
+    waitUser = nullptr;
+    exitWhenExhausted = false;
 }
 
-bool VirtualSystem::Redirect(const char* path, std::string& real) {
-    if (path == nullptr || path[0] != '/') return false;
-    const std::string wanted(path);
-    std::lock_guard<std::recursive_mutex> lock(mutex);
-    for (const auto& [virtualDir, hostDir] : directories) {
-        if (StartsWith(wanted, virtualDir + "/")) {
-            real = hostDir + wanted.substr(virtualDir.size());
-            return true;
-        }
-    }
-    for (const char* prefix : kVirtualPrefixes) {
-        if (StartsWith(wanted, prefix)) {
-            real = RealPathOf(wanted);
-            return true;
-        }
-    }
-    return false;
-}
-
-std::string VirtualSystem::RealPathOf(const std::string& virtualPath) {
-    return Root() + virtualPath;
-}
-
-void VirtualSystem::MakeParents(const std::string& realPath) {
-    for (size_t slash = Root().size() + 1; (slash = realPath.find('/', slash)) != std::string::npos;
-         ++slash) {
-        mkdir(realPath.substr(0, slash).c_str(), 0755);
-    }
-}
-
-int VirtualSystem::AddFile(const std::string& path, const void* data, size_t size) {
-    std::lock_guard<std::recursive_mutex> lock(mutex);
+int VirtualSystem::AddFramebuffer(const char* path, const vp_screen& screen) {
+    Lock lock(mutex);
     std::string real;
-    if (!Redirect(path.c_str(), real)) return -1;
-    MakeParents(real);
-    const int fd = RealCalls::Open(real.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+    if (!FramebufferDevice::IsValid(screen) || !Redirect(path, real)) return -1;
+    framebuffers.erase(path);
+    table.ForgetFramebuffer(path);
+    root.MakeParents(real);
+    auto device = std::make_unique<FramebufferDevice>();
+    if (!device->Create(real, screen)) return -1;
+    framebuffers[path] = std::move(device);
+    return 0;
+}
+
+int VirtualSystem::SetFailures(const char* path, int failures) {
+    Lock lock(mutex);
+    FramebufferDevice* device = Framebuffer(path);
+    if (device == nullptr) return -1;
+    device->failures = failures;
+    return 0;
+}
+
+uint32_t* VirtualSystem::Pixels(const char* path) {
+    Lock lock(mutex);
+    FramebufferDevice* device = Framebuffer(path);
+    return device ? device->Pixels() : nullptr;
+}
+
+int VirtualSystem::Count(const char* path, int FramebufferDevice::*counter) {
+    Lock lock(mutex);
+    FramebufferDevice* device = Framebuffer(path);
+    return device ? device->*counter : -1;
+}
+
+int VirtualSystem::AddFile(const char* path, const void* data, size_t size) {
+    Lock lock(mutex);
+    std::string real;
+    if (!Redirect(path, real)) return -1;
+    root.MakeParents(real);
+    return WriteFile(real, data, size);
+}
+
+// A new file rather than the old one rewritten: a program that has the old one open
+// keeps reading what it opened.
+int VirtualSystem::WriteFile(const std::string& real, const void* data, size_t size) {
+    unlink(real.c_str());
+    const int fd = RealCalls::Open(real.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
     if (fd < 0) return -1;
-    const bool written = size == 0 || write(fd, data, size) == static_cast<ssize_t>(size);
+    const char* bytes = static_cast<const char*>(data);
+    size_t done = 0;
+    for (ssize_t wrote = 0; done < size; done += size_t(wrote)) {
+        wrote = write(fd, bytes + done, size - done);
+        if (wrote <= 0) break;
+    }
     RealCalls::Close(fd);
-    return written ? 0 : -1;
+    return done == size ? 0 : -1;
 }
 
-int VirtualSystem::RemoveFile(const std::string& path) {
+int VirtualSystem::RemoveFile(const char* path) {
+    Lock lock(mutex);
     std::string real;
-    if (!Redirect(path.c_str(), real)) return -1;
+    if (!Redirect(path, real)) return -1;
     return unlink(real.c_str());
 }
 
-int VirtualSystem::MapDirectory(const std::string& virtualDir, const std::string& hostDir) {
-    std::lock_guard<std::recursive_mutex> lock(mutex);
-    std::string dir = virtualDir;
-    while (dir.size() > 1 && dir.back() == '/') dir.pop_back();
-    directories[dir] = hostDir;
+int VirtualSystem::MapDirectory(const char* virtualDir, const char* hostDir) {
+    Lock lock(mutex);
+    paths.Map(virtualDir, hostDir);
     return 0;
 }
 
-int VirtualSystem::AddFramebuffer(const std::string& path, const vp_screen& screen) {
-    std::lock_guard<std::recursive_mutex> lock(mutex);
-    if (screen.xres_virtual <= 0 || screen.yres_virtual <= 0 || screen.bits_per_pixel <= 0) {
-        return -1;
-    }
-    FramebufferDevice device;
-    device.screen = screen;
-    if (device.screen.line_length == 0) {
-        device.screen.line_length = screen.xres_virtual * ((screen.bits_per_pixel + 7) / 8);
-    }
-    const size_t byLines = size_t(device.screen.line_length) * screen.yres_virtual;
-    const size_t byPixels =
-        size_t(screen.xres_virtual) * screen.yres_virtual * ((screen.bits_per_pixel + 7) / 8);
-    device.size = byLines > byPixels ? byLines : byPixels;
-    if (!Redirect(path.c_str(), device.file)) return -1;
-    MakeParents(device.file);
-    const int fd = RealCalls::Open(device.file.c_str(), O_RDWR | O_CREAT | O_TRUNC, 0644);
-    if (fd < 0 || ftruncate(fd, off_t(device.size)) != 0) return -1;
-    void* view = RealCalls::Mmap(nullptr, device.size, PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0);
-    RealCalls::Close(fd);
-    if (view == MAP_FAILED) return -1;
-    device.view = static_cast<uint32_t*>(view);
-    auto old = framebuffers.find(path);
-    if (old != framebuffers.end() && old->second.view)
-        RealCalls::Munmap(old->second.view, old->second.size);
-    framebuffers[path] = device;
-    return 0;
-}
-
-FramebufferDevice* VirtualSystem::Framebuffer(const std::string& path) {
-    auto found = framebuffers.find(path);
-    return found == framebuffers.end() ? nullptr : &found->second;
-}
-
-int VirtualSystem::AddInput(int index, const char* name) {
-    std::lock_guard<std::recursive_mutex> lock(mutex);
+int VirtualSystem::AddInput(int index, const char* name, bool withNode) {
+    Lock lock(mutex);
     if (index < 0) return -1;
-    RemoveInput(index);
+    if (withNode) RemoveInput(index);
     if (name != nullptr) {
         const std::string text = std::string(name) + "\n";
-        if (AddFile(NamePath(index), text.data(), text.size()) != 0) return -1;
+        if (AddFile(NamePath(index).c_str(), text.data(), text.size()) != 0) return -1;
     }
-    std::string node;
-    Redirect(NodePath(index).c_str(), node);
-    MakeParents(node);
-    if (mkfifo(node.c_str(), 0644) != 0) return -1;
-    InputDevice device;
-    device.writer = RealCalls::Open(node.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC, 0);
-    if (device.writer < 0) return -1;
-    inputs[index] = device;
+    if (!withNode) return 0;
+    std::string real;
+    Redirect(NodePath(index).c_str(), real);
+    root.MakeParents(real);
+    auto device = std::make_unique<InputDevice>();
+    if (!device->MakeNode(real)) return -1;
+    inputs[index] = std::move(device);
     return 0;
 }
 
 int VirtualSystem::RemoveInput(int index) {
-    std::lock_guard<std::recursive_mutex> lock(mutex);
-    auto found = inputs.find(index);
-    RemoveFile(NamePath(index));
-    RemoveFile(NodePath(index));
-    if (found == inputs.end()) return -1;
-    RealCalls::Close(found->second.writer);
-    inputs.erase(found);
-    return 0;
-}
-
-InputDevice* VirtualSystem::Input(int index) {
-    auto found = inputs.find(index);
-    return found == inputs.end() ? nullptr : &found->second;
+    Lock lock(mutex);
+    const bool hadName = RemoveFile(NamePath(index).c_str()) == 0;
+    const bool hadNode = inputs.erase(index) > 0;
+    table.ForgetInput(index);
+    return hadName || hadNode ? 0 : -1;
 }
 
 int VirtualSystem::QueueEvent(int index, int type, int code, int value) {
-    std::lock_guard<std::recursive_mutex> lock(mutex);
+    Lock lock(mutex);
     InputDevice* device = Input(index);
-    if (device == nullptr) return -1;
-    input_event event;
-    std::memset(&event, 0, sizeof(event));
-    timeval now;
-    gettimeofday(&now, nullptr);
-    event.input_event_sec = now.tv_sec;
-    event.input_event_usec = now.tv_usec;
-    event.type = static_cast<__u16>(type);
-    event.code = static_cast<__u16>(code);
-    event.value = value;
-    return write(device->writer, &event, sizeof(event)) == sizeof(event) ? 0 : -1;
+    return device ? device->Queue(type, code, value) : -1;
 }
 
-void VirtualSystem::Reset() {
-    std::lock_guard<std::recursive_mutex> lock(mutex);
-    while (!inputs.empty()) RemoveInput(inputs.begin()->first);
-    for (auto& [path, device] : framebuffers) {
-        RealCalls::Munmap(device.view, device.size);
-        unlink(device.file.c_str());
-    }
-    framebuffers.clear();
-    directories.clear();
-    framebufferFds.clear();
-    inputFds.clear();
-    mappings.clear();
-    waitHook = nullptr;
-    waitUser = nullptr;
-    exitWhenExhausted = false;
-    if (!root.empty()) nftw((root + "/usr").c_str(), RemoveEntry, 16, FTW_DEPTH | FTW_PHYS);
+int VirtualSystem::QueuePress(int index, int code) {
+    Lock lock(mutex);
+    InputDevice* device = Input(index);
+    return device ? device->QueuePress(code) : -1;
 }
 
-bool VirtualSystem::RefuseOpen(const char* path) {
-    std::lock_guard<std::recursive_mutex> lock(mutex);
-    FramebufferDevice* device = path ? Framebuffer(path) : nullptr;
-    return device != nullptr && (device->failures & VP_FAIL_OPEN);
+int VirtualSystem::InputOpenCount(int index) {
+    Lock lock(mutex);
+    InputDevice* device = Input(index);
+    return device ? device->openCount : -1;
+}
+
+int VirtualSystem::SetScript(int index, const char* codes) {
+    Lock lock(mutex);
+    InputDevice* device = Input(index);
+    return device && device->SetScript(codes) ? 0 : -1;
+}
+
+int VirtualSystem::ScriptLeft(int index) {
+    Lock lock(mutex);
+    InputDevice* device = Input(index);
+    return device ? device->ScriptLeft() : -1;
+}
+
+void VirtualSystem::SetWaitHook(vp_wait_hook hook, void* user) {
+    Lock lock(mutex);
+    waitHook = hook;
+    waitUser = user;
+}
+
+void VirtualSystem::SetExitWhenExhausted(bool enabled) {
+    Lock lock(mutex);
+    exitWhenExhausted = enabled;
+}
+
+bool VirtualSystem::Redirect(const char* path, std::string& real) {
+    if (!VirtualPaths::MayBeVirtual(path)) return false;
+    Lock lock(mutex);
+    return paths.Redirect(path, real);
+}
+
+int VirtualSystem::RefusedOpen(const char* path) {
+    Lock lock(mutex);
+    FramebufferDevice* device = Framebuffer(path);
+    if (device == nullptr) return 0;
+    if (device->failures & VP_FAIL_OPEN) return ENOENT;
+    return device->failures & VP_FAIL_OPEN_ACCESS ? EACCES : 0;
 }
 
 void VirtualSystem::Opened(const char* path, int fd) {
-    if (fd < 0 || path == nullptr) return;
-    std::lock_guard<std::recursive_mutex> lock(mutex);
+    Lock lock(mutex);
+    table.Remove(fd);  // whatever that number was before, it is this file now
     if (FramebufferDevice* device = Framebuffer(path)) {
-        framebufferFds[fd] = path;
-        ++device->openCount;
-        return;
-    }
-    int index = -1;
-    if (std::sscanf(path, "/dev/input/event%d", &index) == 1 && Input(index) != nullptr) {
-        inputFds[fd] = index;
-        ++Input(index)->openCount;
+        if (table.Add(fd, path, -1)) ++device->openCount;
+    } else if (InputDevice* device = Input(NodeIndex(path))) {
+        if (table.Add(fd, "", NodeIndex(path))) ++device->openCount;
     }
 }
 
 void VirtualSystem::Closing(int fd) {
-    std::lock_guard<std::recursive_mutex> lock(mutex);
-    auto fb = framebufferFds.find(fd);
-    if (fb != framebufferFds.end()) {
-        if (FramebufferDevice* device = Framebuffer(fb->second)) --device->openCount;
-        framebufferFds.erase(fb);
+    Lock lock(mutex);
+    const DescriptorTable::Entry* entry = table.Find(fd);
+    if (entry == nullptr) return;
+    if (FramebufferDevice* device = Framebuffer(entry->framebuffer)) {
+        --device->openCount;
+        ++device->closeCount;
+    } else if (InputDevice* device = Input(entry->input)) {
+        --device->openCount;
     }
-    auto input = inputFds.find(fd);
-    if (input != inputFds.end()) {
-        if (InputDevice* device = Input(input->second)) --device->openCount;
-        inputFds.erase(input);
-    }
+    table.Remove(fd);
 }
 
-FramebufferDevice* VirtualSystem::FramebufferOf(int fd) {
-    std::lock_guard<std::recursive_mutex> lock(mutex);
-    auto found = framebufferFds.find(fd);
-    return found == framebufferFds.end() ? nullptr : Framebuffer(found->second);
+bool VirtualSystem::AnswerIoctl(int fd, unsigned long request, void* argument, int& error) {
+    Lock lock(mutex);
+    FramebufferDevice* device = FramebufferOf(fd);
+    return device != nullptr && device->AnswerIoctl(request, argument, error);
 }
 
-bool VirtualSystem::Mapped(int fd, void* address) {
-    std::lock_guard<std::recursive_mutex> lock(mutex);
-    auto found = framebufferFds.find(fd);
-    if (found == framebufferFds.end()) return false;
-    mappings[address] = found->second;
-    return true;
+int VirtualSystem::RefusedMap(int fd) {
+    Lock lock(mutex);
+    FramebufferDevice* device = FramebufferOf(fd);
+    return device != nullptr && (device->failures & VP_FAIL_MMAP) ? ENOMEM : 0;
+}
+
+void VirtualSystem::Mapped(int fd, void* address) {
+    Lock lock(mutex);
+    std::string framebuffer;
+    table.TakeMapping(address, framebuffer);  // an old mapping there is gone
+    const DescriptorTable::Entry* entry = table.Find(fd);
+    if (entry != nullptr && !entry->framebuffer.empty())
+        table.AddMapping(address, entry->framebuffer);
 }
 
 void VirtualSystem::Unmapping(void* address) {
-    std::lock_guard<std::recursive_mutex> lock(mutex);
-    auto found = mappings.find(address);
-    if (found == mappings.end()) return;
-    if (FramebufferDevice* device = Framebuffer(found->second)) ++device->unmapCount;
-    mappings.erase(found);
+    Lock lock(mutex);
+    std::string framebuffer;
+    if (!table.TakeMapping(address, framebuffer)) return;
+    if (FramebufferDevice* device = Framebuffer(framebuffer)) ++device->unmapCount;
 }
 
-bool VirtualSystem::QueueIsEmpty(InputDevice& device) {
-    int queued = 0;
-    return RealCalls::Ioctl(device.writer, FIONREAD, &queued) == 0 && queued == 0;
-}
-
-// The program is about to wait on an event node with nothing in it: let the observer
-// look at the screen, then hand over the next scripted key.
-void VirtualSystem::BeforeWait(int nfds, fd_set* readSet) {
-    if (readSet == nullptr) return;
-    std::lock_guard<std::recursive_mutex> lock(mutex);
-    const std::map<int, int> waiting = inputFds;  // the hook may open or close devices
-    for (const auto& [fd, index] : waiting) {
-        if (fd >= nfds || fd >= FD_SETSIZE || !FD_ISSET(fd, readSet)) continue;
-        InputDevice* device = Input(index);
-        if (device == nullptr || !QueueIsEmpty(*device)) continue;
-        if (waitHook != nullptr) waitHook(index, waitUser);
-        if (!device->script.empty()) {
-            const int code = device->script.front();
-            device->script.pop_front();
-            // A press alone: a release left in the node would make the next wait look
-            // busy, and the library reads releases as "no key" anyway.
-            QueueEvent(index, EV_KEY, code, 1);
-        } else if (device->scripted && exitWhenExhausted) {
-            std::fprintf(
-                stderr,
-                "vantor-platform: key script exhausted while the program waits for a key\n");
-            std::fflush(stderr);
-            _exit(70);
-        }
+// The program is about to wait on event nodes: each empty one is a wait for a key. The
+// hook looks first, then the script hands over its next key; the hook runs without the
+// lock, so it may use any of the vp_ interface or start threads that do.
+void VirtualSystem::BeforeSelect(int nfds, fd_set* readSet, const struct timeval* timeout) {
+    if (readSet == nullptr || inWaitHook || IsInvalid(timeout)) return;
+    for (int index : EmptyNodesIn(nfds, readSet)) {
+        CallWaitHook(index);
+        FeedScript(index, CouldWait(timeout));
     }
+}
+
+std::vector<int> VirtualSystem::EmptyNodesIn(int nfds, fd_set* readSet) {
+    Lock lock(mutex);
+    std::vector<int> empty;
+    for (const auto& [fd, index] : table.InputDescriptors()) {
+        if (fd >= nfds || fd >= FD_SETSIZE || !FD_ISSET(fd, readSet)) continue;
+        if (table.Find(fd) == nullptr) continue;
+        InputDevice* device = Input(index);
+        if (device == nullptr || !device->IsEmpty()) continue;
+        if (std::find(empty.begin(), empty.end(), index) == empty.end()) empty.push_back(index);
+    }
+    return empty;
+}
+
+void VirtualSystem::CallWaitHook(int index) {
+    vp_wait_hook hook;
+    void* user;
+    {
+        Lock lock(mutex);
+        hook = waitHook;
+        user = waitUser;
+    }
+    if (hook == nullptr) return;
+    inWaitHook = true;
+    hook(index, user);
+    inWaitHook = false;
+}
+
+// Only into a node that is still empty: a key the hook queued comes first.
+void VirtualSystem::FeedScript(int index, bool couldWait) {
+    Lock lock(mutex);
+    InputDevice* device = Input(index);
+    if (device == nullptr || !device->IsEmpty()) return;
+    int code = 0;
+    if (device->NextScripted(code)) {
+        device->QueuePress(code);
+    } else if (device->ScriptUsedUp() && exitWhenExhausted && couldWait) {
+        StopExhausted();
+    }
+}
+
+void VirtualSystem::StopExhausted() {
+    std::fprintf(stderr,
+                 "vantor-platform: key script exhausted while the program waits for a key\n");
+    std::fflush(stderr);
+    root.RemoveIfOurs();
+    _exit(VP_EXIT_SCRIPT_EXHAUSTED);
+}
+
+FramebufferDevice* VirtualSystem::Framebuffer(const std::string& path) {
+    auto found = framebuffers.find(path);
+    return found == framebuffers.end() ? nullptr : found->second.get();
+}
+
+FramebufferDevice* VirtualSystem::FramebufferOf(int fd) {
+    const DescriptorTable::Entry* entry = table.Find(fd);
+    return entry ? Framebuffer(entry->framebuffer) : nullptr;
+}
+
+InputDevice* VirtualSystem::Input(int index) {
+    auto found = inputs.find(index);
+    return found == inputs.end() ? nullptr : found->second.get();
 }
 
 }  // namespace VantorPlatform

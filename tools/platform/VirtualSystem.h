@@ -1,83 +1,80 @@
 #ifndef VANTOR_PLATFORM_VIRTUALSYSTEM_H
 #define VANTOR_PLATFORM_VIRTUALSYSTEM_H
 
-#include <sys/types.h>
+#include <sys/select.h>
 
-#include <deque>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <string>
+#include <vector>
 
+#include "DescriptorTable.h"
+#include "FramebufferDevice.h"
+#include "InputDevice.h"
+#include "PrivateRoot.h"
+#include "VirtualPaths.h"
 #include "vantor_platform.h"
 
 namespace VantorPlatform {
 
-struct FramebufferDevice {
-    vp_screen screen{};
-    int failures = 0;
-    std::string file;  // the real file behind the device
-    uint32_t* view = nullptr;
-    size_t size = 0;
-    int openCount = 0;
-    int unmapCount = 0;
-};
-
-struct InputDevice {
-    int writer = -1;  // our own end of the event node, which keeps opens from blocking
-    std::deque<int> script;
-    bool scripted = false;
-    int openCount = 0;
-};
-
-// Everything the layer pretends exists: virtual paths live as real files in a private
-// directory; descriptors and mappings of virtual devices are tracked so the ioctls,
-// failures and counters can answer for them.
+// Everything this process pretends exists, behind one lock: the set-up the vp_
+// interface asks for, and the answers the interposed calls need. A recursive lock,
+// since serving one call can make others (opening a device's file, say).
 class VirtualSystem {
   public:
     static VirtualSystem& Get();
 
-    // The real path for a virtual one; false for paths that are not ours.
-    bool Redirect(const char* path, std::string& real);
-
-    int AddFramebuffer(const std::string& path, const vp_screen& screen);
-    FramebufferDevice* Framebuffer(const std::string& path);
-    int AddFile(const std::string& path, const void* data, size_t size);
-    int RemoveFile(const std::string& path);
-    int MapDirectory(const std::string& virtualDir, const std::string& hostDir);
-    int AddInput(int index, const char* name);
-    int RemoveInput(int index);
-    InputDevice* Input(int index);
-    int QueueEvent(int index, int type, int code, int value);
+    // Set-up, for the vp_ interface.
     void Reset();
+    int AddFramebuffer(const char* path, const vp_screen& screen);
+    int SetFailures(const char* path, int failures);
+    uint32_t* Pixels(const char* path);
+    int Count(const char* path, int FramebufferDevice::*counter);
+    int AddFile(const char* path, const void* data, size_t size);
+    int RemoveFile(const char* path);
+    int MapDirectory(const char* virtualDir, const char* hostDir);
+    int AddInput(int index, const char* name, bool withNode);
+    int RemoveInput(int index);
+    int QueueEvent(int index, int type, int code, int value);
+    int QueuePress(int index, int code);
+    int InputOpenCount(int index);
+    int SetScript(int index, const char* codes);
+    int ScriptLeft(int index);
+    void SetWaitHook(vp_wait_hook hook, void* user);
+    void SetExitWhenExhausted(bool enabled);
 
-    // Called by the interposed system calls.
-    bool RefuseOpen(const char* path);
+    // For the interposed calls.
+    bool Redirect(const char* path, std::string& real);
+    int RefusedOpen(const char* path);  // the errno of an injected failure, or 0
     void Opened(const char* path, int fd);
     void Closing(int fd);
-    FramebufferDevice* FramebufferOf(int fd);
-    bool Mapped(int fd, void* address);
+    bool AnswerIoctl(int fd, unsigned long request, void* argument, int& error);
+    int RefusedMap(int fd);
+    void Mapped(int fd, void* address);
     void Unmapping(void* address);
-    void BeforeWait(int nfds, fd_set* readSet);
-
-    std::recursive_mutex mutex;
-    void (*waitHook)(int, void*) = nullptr;
-    void* waitUser = nullptr;
-    bool exitWhenExhausted = false;
+    void BeforeSelect(int nfds, fd_set* readSet, const struct timeval* timeout);
 
   private:
-    VirtualSystem() = default;
-    const std::string& Root();
-    void MakeParents(const std::string& realPath);
-    std::string RealPathOf(const std::string& virtualPath);
-    bool QueueIsEmpty(InputDevice& device);
+    VirtualSystem() : paths(root) {}
+    FramebufferDevice* Framebuffer(const std::string& path);
+    FramebufferDevice* FramebufferOf(int fd);
+    InputDevice* Input(int index);
+    int WriteFile(const std::string& real, const void* data, size_t size);
+    std::vector<int> EmptyNodesIn(int nfds, fd_set* readSet);
+    void CallWaitHook(int index);
+    void FeedScript(int index, bool couldWait);
+    [[noreturn]] void StopExhausted();
 
-    std::string root;
-    std::map<std::string, FramebufferDevice> framebuffers;
-    std::map<int, InputDevice> inputs;
-    std::map<std::string, std::string> directories;
-    std::map<int, std::string> framebufferFds;
-    std::map<int, int> inputFds;
-    std::map<void*, std::string> mappings;
+    std::recursive_mutex mutex;
+    PrivateRoot root;
+    VirtualPaths paths;
+    DescriptorTable table;
+    std::map<std::string, std::unique_ptr<FramebufferDevice>> framebuffers;
+    std::map<int, std::unique_ptr<InputDevice>> inputs;
+    vp_wait_hook waitHook = nullptr;
+    void* waitUser = nullptr;
+    bool exitWhenExhausted = false;
 };
 
 }  // namespace VantorPlatform

@@ -4,9 +4,13 @@
  * Linked into a test program (before the C library) or preloaded into any program,
  * libvantor-platform.so interposes open, ioctl, mmap, select and friends so that the
  * library finds a framebuffer device, its fonts and input devices that exist only in
- * this process: files in a private directory that is removed at exit. Paths under
- * /dev/fb, /dev/input/, /sys/class/input/ and /usr/share/fonts/vantor/ are virtual;
- * everything else passes through to the real system unchanged.
+ * this process: real files in a private directory that is removed at exit. Paths under
+ * /dev/fb, /dev/input/, /sys/class/input/ and /usr/share/fonts/vantor/ are virtual (a
+ * path there that was never created is missing, whatever the host has); everything else
+ * passes through to the real system unchanged.
+ *
+ * Functions returning int answer 0 on success and -1 for an unknown device or path,
+ * bad arguments or a failed system call. All of them may be called from any thread.
  */
 #ifndef VANTOR_PLATFORM_H
 #define VANTOR_PLATFORM_H
@@ -28,50 +32,64 @@ typedef struct vp_screen {
 
 /* Failures a framebuffer device can be told to show, combined with |. */
 enum {
-    VP_FAIL_OPEN = 1,        /* open fails with ENOENT */
+    VP_FAIL_OPEN = 1,        /* open and fopen fail with ENOENT */
     VP_FAIL_VSCREENINFO = 2, /* FBIOGET_VSCREENINFO fails with EINVAL */
     VP_FAIL_FSCREENINFO = 4, /* FBIOGET_FSCREENINFO fails with EINVAL */
-    VP_FAIL_MMAP = 8         /* mmap fails with ENOMEM */
+    VP_FAIL_MMAP = 8,        /* mmap fails with ENOMEM */
+    VP_FAIL_OPEN_ACCESS = 16 /* open and fopen fail with EACCES */
 };
 
-/* Forgets every virtual device, file, mapping, script and hook. Descriptors a program
- * still holds keep working on their (now unlinked) files. */
+/* The exit status of a program stopped because its key script ran out. */
+#define VP_EXIT_SCRIPT_EXHAUSTED 86
+
+/* Forgets every virtual device, file, directory mapping, script, hook, failure and the
+ * exit mode. Descriptors and mappings a program still holds keep working on their (now
+ * unlinked) files but are no longer counted; pointers from vp_fb_pixels become invalid. */
 void vp_reset(void);
 
-/* Framebuffer devices. Return 0, or -1 for an unknown path or bad arguments. */
+/* Framebuffer devices. Adding a path again replaces the device: the program's old
+ * descriptors and mappings keep the old memory and are no longer counted. */
 int vp_fb_add(const char* path, const vp_screen* screen);
-int vp_fb_fail(const char* path, int failures);
-uint32_t* vp_fb_pixels(const char* path); /* the device memory, rows of line_length bytes */
-int vp_fb_open_count(const char* path);   /* descriptors open on it right now */
-int vp_fb_unmap_count(const char* path);  /* munmap calls on mappings of it so far */
+int vp_fb_fail(const char* path, int failures); /* replaces the device's failures */
+uint32_t* vp_fb_pixels(const char* path);       /* the device memory, rows of line_length */
+int vp_fb_open_count(const char* path);         /* descriptors open on it right now */
+int vp_fb_close_count(const char* path);        /* close calls on its descriptors so far */
+int vp_fb_unmap_count(const char* path);        /* munmap calls on mappings of it so far */
 
-/* Plain files at virtual paths, and whole virtual directories served from a real one. */
+/* Plain files at virtual paths (created with their parent directories), and whole
+ * virtual directories served from a real one (say the build's fonts). */
 int vp_file_add(const char* path, const void* data, size_t size);
 int vp_file_remove(const char* path);
 int vp_dir_map(const char* virtual_dir, const char* host_dir);
 
 /* Input devices: the name file /sys/class/input/input<N>/name (name plus a newline)
- * and the event node /dev/input/event<N>, which reads like an evdev node. A NULL name
- * makes the node alone. */
+ * and the event node /dev/input/event<N>, which reads like an evdev node: select waits
+ * on it and each read of sizeof(struct input_event) takes one record. A NULL name makes
+ * the node alone; vp_input_add_name makes the name file alone. Removing a device while a
+ * program reads its node leaves that reader at end of file. */
 int vp_input_add(int index, const char* name);
+int vp_input_add_name(int index, const char* name);
 int vp_input_remove(int index);
 int vp_input_event(int index, int type, int code, int value); /* queues one record */
 int vp_input_press(int index, int code);                      /* a press and its release */
 int vp_input_open_count(int index);
 
-/* Called each time a program selects on an event node with nothing queued: the moment
- * it starts to wait for a key. The screen can be looked at from here. */
+/* Called when a program selects on an event node with nothing queued, before the wait:
+ * the moment it starts to wait for a key. The screen can be looked at from here, and
+ * records queued here are what the program reads next. */
 typedef void (*vp_wait_hook)(int index, void* user);
 void vp_set_wait_hook(vp_wait_hook hook, void* user);
 
-/* Key script: device codes separated by commas or blanks; at each wait on an empty node
- * the next one is queued as a key press (without a release, so that exactly one wait
- * passes per key). When the script is used up, a wait
- * either times out as usual or, with vp_set_exit_when_exhausted(1), the process prints
- * one line on stderr and exits with status 70, so a test never hangs. */
+/* Key script: device codes separated by commas or blanks (NULL takes the script away).
+ * At each select on the device's empty node, after the hook, the next code is queued
+ * as a press and its release, so a program gets a new key only once it has read every
+ * record of the last one. When the script is used up, a select that could wait (any
+ * time-out but zero) waits as usual or, with vp_set_exit_when_exhausted(1), prints one
+ * line on stderr and ends the process with VP_EXIT_SCRIPT_EXHAUSTED, so a test never
+ * hangs. */
 int vp_input_script(int index, const char* codes);
-void vp_set_exit_when_exhausted(int enabled);
 int vp_input_script_left(int index);
+void vp_set_exit_when_exhausted(int enabled);
 
 #ifdef __cplusplus
 }
