@@ -1,0 +1,15 @@
+#!/usr/bin/env bash
+# Installs, only where missing, the Debian packages of the suites that meet a real
+# kernel and the 32-bit targets (tests/system, docs/SYSTEM-TESTS.md):
+#   QEMU, busybox and kmod to boot Debian's kernel with our own /init;
+#   fbcat, a second reader of the screen;
+#   the i686 compiler, whose programs use the kernel's real 32-bit interfaces;
+#   the ARM compiler and user-mode QEMU for the armhf unit tests.
+# The kernel itself is downloaded by the runner, never installed.
+set -euo pipefail
+source "$(dirname "${BASH_SOURCE[0]}")/deps.sh"
+VANTOR_SYSTEM_PACKAGES=(
+  qemu-system-x86 busybox-static kmod xz-utils fbcat
+  g++-i686-linux-gnu g++-arm-linux-gnueabihf qemu-user-static
+)
+vantor_install_missing "${VANTOR_SYSTEM_PACKAGES[@]}"
