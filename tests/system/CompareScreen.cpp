@@ -1,71 +1,115 @@
-// Compares the screen read from a real framebuffer (a raw dump, and fbcat's PPM) with
-// the simulator's PNG of the same program. Exit 0 when every pixel matches.
-//   vantor_compare_screen RAW PPM PNG WIDTH HEIGHT
+// Compares readings of a real screen with a reference picture of the same program's
+// screen (the simulator's PNG). Exit 0 when every reading matches it pixel for pixel.
+//   vantor_compare_screen REFERENCE.png KIND:FILE...
+// KIND is raw (the device's memory: 0x00RRGGBB words, rows of the reference's width),
+// ppm (a binary PPM such as fbcat or QEMU write) or swapped-ppm (a PPM of a driver that
+// declares red in the low byte, whose reader therefore shows red and blue exchanged).
 #include <png.h>
 
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <fstream>
 #include <iterator>
+#include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
 
-std::vector<uint8_t> Slurp(const char* path) {
+struct Picture {
+    int width = 0, height = 0;
+    std::vector<uint8_t> rgb;  // three bytes a pixel
+};
+
+std::vector<uint8_t> Slurp(const std::string& path) {
     std::ifstream in(path, std::ios::binary);
     return std::vector<uint8_t>(std::istreambuf_iterator<char>(in),
                                 std::istreambuf_iterator<char>());
 }
 
-int Fail(const std::string& message) {
-    std::fprintf(stderr, "compare: %s\n", message.c_str());
-    return 1;
+bool ReadPng(const char* path, Picture& picture) {
+    png_image image = {};
+    image.version = PNG_IMAGE_VERSION;
+    if (!png_image_begin_read_from_file(&image, path)) return false;
+    image.format = PNG_FORMAT_RGB;
+    picture.width = int(image.width);
+    picture.height = int(image.height);
+    picture.rgb.resize(PNG_IMAGE_SIZE(image));
+    return png_image_finish_read(&image, nullptr, picture.rgb.data(), 0, nullptr) != 0;
+}
+
+// The device's words are bytes blue, green, red, 0 in memory; the fourth must stay 0.
+bool ReadRaw(const std::string& path, int width, int height, Picture& picture) {
+    const std::vector<uint8_t> raw = Slurp(path);
+    if (raw.size() < size_t(width) * height * 4) return false;
+    picture = {width, height, std::vector<uint8_t>(size_t(width) * height * 3)};
+    for (size_t i = 0; i < size_t(width) * height; ++i) {
+        const uint8_t* word = &raw[i * 4];
+        const uint8_t pixel[3] = {word[2], word[1], word[0]};
+        for (int c = 0; c < 3; ++c) picture.rgb[i * 3 + c] = word[3] == 0 ? pixel[c] : 0x5A;
+    }
+    return true;
+}
+
+// "P6", width, height and maximum separated by white space, one more white space
+// character, then the pixels.
+bool ReadPpm(const std::string& path, bool swapped, Picture& picture) {
+    const std::vector<uint8_t> file = Slurp(path);
+    std::istringstream header(std::string(file.begin(), file.end()));
+    std::string magic;
+    int maximum = 0;
+    header >> magic >> picture.width >> picture.height >> maximum;
+    if (!header || magic != "P6" || maximum != 255) return false;
+    const size_t start = size_t(header.tellg()) + 1;
+    const size_t bytes = size_t(picture.width) * picture.height * 3;
+    if (file.size() < start + bytes) return false;
+    picture.rgb.assign(file.begin() + long(start), file.begin() + long(start + bytes));
+    for (size_t i = 0; swapped && i < bytes; i += 3) std::swap(picture.rgb[i], picture.rgb[i + 2]);
+    return true;
+}
+
+bool Read(const std::string& argument, const Picture& reference, Picture& picture) {
+    const size_t colon = argument.find(':');
+    const std::string kind = argument.substr(0, colon), path = argument.substr(colon + 1);
+    if (kind == "raw") return ReadRaw(path, reference.width, reference.height, picture);
+    if (kind == "ppm" || kind == "swapped-ppm") return ReadPpm(path, kind != "ppm", picture);
+    return false;
+}
+
+int Differing(const Picture& a, const Picture& b) {
+    if (a.width != b.width || a.height != b.height) return -1;
+    int differ = 0;
+    for (size_t i = 0; i < a.rgb.size(); i += 3)
+        differ +=
+            a.rgb[i] != b.rgb[i] || a.rgb[i + 1] != b.rgb[i + 1] || a.rgb[i + 2] != b.rgb[i + 2];
+    return differ;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 6) return Fail("usage: RAW PPM PNG WIDTH HEIGHT");
-    const int width = std::atoi(argv[4]), height = std::atoi(argv[5]);
-    const std::vector<uint8_t> raw = Slurp(argv[1]);
-    if (raw.size() < size_t(width) * height * 4) return Fail("the raw dump is short");
-
-    png_image image = {};
-    image.version = PNG_IMAGE_VERSION;
-    if (!png_image_begin_read_from_file(&image, argv[3])) return Fail("cannot read the PNG");
-    image.format = PNG_FORMAT_RGB;
-    std::vector<uint8_t> rgb(PNG_IMAGE_SIZE(image));
-    png_image_finish_read(&image, nullptr, rgb.data(), 0, nullptr);
-    if (int(image.width) != width || int(image.height) != height) return Fail("sizes differ");
-
-    int differ = 0, inked = 0;
-    for (int i = 0; i < width * height; ++i) {
-        // The device word is 0x00RRGGBB, bytes blue, green, red, 0 in memory.
-        const uint8_t* word = &raw[size_t(i) * 4];
-        const uint8_t* sim = &rgb[size_t(i) * 3];
-        differ += word[2] != sim[0] || word[1] != sim[1] || word[0] != sim[2] || word[3] != 0;
-        inked += word[0] | word[1] | word[2] ? 1 : 0;
+    Picture reference;
+    if (argc < 3 || !ReadPng(argv[1], reference)) {
+        std::fprintf(stderr, "usage: REFERENCE.png KIND:FILE... (reference unreadable?)\n");
+        return 2;
     }
-    std::printf("real framebuffer vs simulator: %d of %d pixels differ (%d not black)\n", differ,
-                width * height, inked);
-
-    // fbcat reads through the driver's own colour layout; vfb puts red in the low byte,
-    // so its picture shows our red as blue: compare with the channels exchanged.
-    const std::vector<uint8_t> ppm = Slurp(argv[2]);
-    const size_t pixels =
-        ppm.size() >= size_t(width) * height * 3 ? ppm.size() - size_t(width) * height * 3 : 0;
-    int fbcatDiffer = -1;
-    if (pixels > 0) {
-        fbcatDiffer = 0;
-        for (int i = 0; i < width * height; ++i) {
-            const uint8_t* seen = &ppm[pixels + size_t(i) * 3];
-            const uint8_t* sim = &rgb[size_t(i) * 3];
-            fbcatDiffer += seen[0] != sim[2] || seen[1] != sim[1] || seen[2] != sim[0];
-        }
-        std::printf("fbcat vs simulator (red and blue exchanged by vfb): %d pixels differ\n",
-                    fbcatDiffer);
+    int inked = 0;
+    for (size_t i = 0; i < reference.rgb.size(); i += 3)
+        inked += (reference.rgb[i] | reference.rgb[i + 1] | reference.rgb[i + 2]) != 0;
+    bool same = inked > 1000;  // a black reference would prove nothing
+    std::printf("reference %s: %dx%d, %d pixels not black\n", argv[1], reference.width,
+                reference.height, inked);
+    for (int n = 2; n < argc; ++n) {
+        Picture reading;
+        const int differ = Read(argv[n], reference, reading) ? Differing(reading, reference) : -1;
+        if (differ < 0)
+            std::printf("%s: unreadable, or not %dx%d\n", argv[n], reference.width,
+                        reference.height);
+        else
+            std::printf("%s: %d of %d pixels differ\n", argv[n], differ,
+                        reference.width * reference.height);
+        same = same && differ == 0;
     }
-    return differ == 0 && inked > 1000 && fbcatDiffer == 0 ? 0 : 1;
+    return same ? 0 : 1;
 }

@@ -62,6 +62,11 @@ void UinputDevice::Release(int code) {
     Emit(EV_SYN, SYN_REPORT, 0);
 }
 
+void UinputDevice::Repeat(int code) {
+    Emit(EV_KEY, code, 2);
+    Emit(EV_SYN, SYN_REPORT, 0);
+}
+
 std::string UinputDevice::EventNode() const {
     for (int n = 0; n < 32; ++n) {
         std::ifstream file("/sys/class/input/input" + std::to_string(n) + "/name");

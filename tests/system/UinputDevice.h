@@ -2,7 +2,6 @@
 #define VANTOR_TESTS_UINPUTDEVICE_H
 
 #include <string>
-#include <vector>
 
 // A real input device made through the kernel's uinput: it appears under
 // /sys/class/input with the given name and an evdev node, as a driver's device would.
@@ -17,6 +16,9 @@ class UinputDevice {
     // A press, a report, the release and a report: what a keypad driver sends per key.
     void Press(int code);
     void Release(int code);
+    // An auto-repeat record (value 2) and its report, as the input core sends while a
+    // key is held.
+    void Repeat(int code);
     // The evdev node the kernel gave the device, e.g. "/dev/input/event1".
     std::string EventNode() const;
 

@@ -1,0 +1,130 @@
+// Keys from a real evdev device made through uinput: how InitKeypad finds it, what
+// WaitKey makes of each record and how long it waits, and how menus and dialogs answer.
+#include <gtest/gtest.h>
+
+#include <thread>
+#include <utility>
+
+#include "SystemSupport.h"
+#include "vantor.h"
+#include "vantor/Context.h"
+#include "vantor/Keypad.h"
+
+using Vantor::pContext;
+
+namespace {
+
+const char* kEntries[] = {"A", "B", "C", nullptr};
+const char* kLines[] = {"Proceed?", nullptr};
+
+// A fresh descriptor for every test, so that no record left from an earlier one is read.
+class RealKeypad : public testing::Test {
+  protected:
+    void SetUp() override {
+        ASSERT_NE(nullptr, InitFramebuffer("/dev/fb0"));
+        ASSERT_TRUE(TheKeypad().Ready());
+        ASSERT_EQ(0, InitKeypad());
+    }
+};
+
+int Menu(std::initializer_list<int> codes, int orientation = eMenuVertical) {
+    InitMenu(10, 10);
+    PressAll(codes);
+    return ShowMenu(kEntries, orientation, eAlignLeft);
+}
+
+int Dialog(int type, std::initializer_list<int> codes) {
+    InitDialog(100, 100, 300, 100);
+    PressAll(codes);
+    return ShowDialog(kLines, type, eAlignLeft);
+}
+
+}  // namespace
+
+// Run with the framebuffer but before this boot has any input device.
+TEST(NoKeypad, InitKeypadFailsAndWaitKeyWaitsItsTimeOut) {
+    EXPECT_EQ(-19, InitKeypad());
+    const double waited = SecondsOf([] { EXPECT_EQ(-1, WaitKey(0.3f)); });
+    EXPECT_GT(waited, 0.25);
+    EXPECT_LT(waited, 2.0);
+}
+
+TEST(NoKeypad, MenusAndKeyedDialogsRefuseAtOnce) {
+    ASSERT_NE(nullptr, InitFramebuffer("/dev/fb0"));
+    InitKeypad();
+    ASSERT_EQ(0, InitMenu(10, 10));
+    ASSERT_EQ(0, InitDialog(100, 100, 300, 100));
+    const double waited = SecondsOf([] {
+        EXPECT_EQ(-2, ShowMenu(kEntries, eMenuVertical, eAlignLeft));
+        for (int type = 1; type <= 3; ++type) EXPECT_EQ(-2, ShowDialog(kLines, type, eAlignLeft));
+    });
+    EXPECT_LT(waited, 0.5);
+    EXPECT_EQ(0, ShowDialog(kLines, 0, eAlignLeft));  // no buttons: nothing to wait for
+}
+
+TEST_F(RealKeypad, FoundByNameAmongSeveralDevices) {
+    EXPECT_EQ(TheKeypad().EventNode(), pContext->pKeypad->pDevicePath);
+}
+
+TEST_F(RealKeypad, EveryKeyIsTranslatedAndTheOtherRecordsAreMinusOne) {
+    const std::pair<int, int> keys[] = {{6, 108},  {7, 114}, {50, 103}, {149, 10},
+                                        {150, 26}, {152, 9}, {53, 3}};
+    for (const auto& key : keys) {
+        TheKeypad().Press(key.first);
+        EXPECT_EQ(key.second, WaitKey(1.0f)) << "device code " << key.first;
+        for (int record = 0; record < 3; ++record)  // report, release, report
+            EXPECT_EQ(-1, WaitKey(1.0f)) << "device code " << key.first;
+    }
+}
+
+TEST_F(RealKeypad, RepeatsAndForeignKeysAreMinusOne) {
+    TheKeypad().Repeat(50);
+    PressAll({30});  // a key the keypad does not have
+    for (int record = 0; record < 6; ++record) EXPECT_EQ(-1, WaitKey(1.0f));
+    EXPECT_EQ(-1, WaitKey(0.0f));
+}
+
+TEST_F(RealKeypad, WaitKeyWaitsItsTimeOutAndZeroLooksOnce) {
+    const double waited = SecondsOf([] { EXPECT_EQ(-1, WaitKey(0.5f)); });
+    EXPECT_GT(waited, 0.45);
+    EXPECT_LT(waited, 2.0);
+    EXPECT_LT(SecondsOf([] { EXPECT_EQ(-1, WaitKey(0.0f)); }), 0.1);
+    PressAll({7});
+    EXPECT_EQ(114, WaitKey(0.0f));
+}
+
+TEST_F(RealKeypad, WaitKeyWakesForAPressDuringItsWait) {
+    std::thread presser([] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        PressAll({50});
+    });
+    const double waited = SecondsOf([] { EXPECT_EQ(103, WaitKey(10.0f)); });
+    presser.join();
+    EXPECT_GT(waited, 0.25);
+    EXPECT_LT(waited, 3.0);
+}
+
+TEST_F(RealKeypad, MenuMovesWrapsAndChooses) {
+    EXPECT_EQ(3, Menu({7, 7, 149}));
+    EXPECT_EQ(3, Menu({6, 50}));        // up from the first entry
+    EXPECT_EQ(1, Menu({7, 7, 7, 50}));  // down from the last
+    EXPECT_EQ(1, Menu({30, 149}));      // a foreign key changes nothing
+    EXPECT_EQ(2, Menu({7, 149}, eMenuHorizontal));
+}
+
+TEST_F(RealKeypad, MenuLeaveKeys) {
+    EXPECT_EQ(0, Menu({150}));
+    EXPECT_EQ(-3, Menu({53}));
+    EXPECT_EQ(-4, Menu({152}));
+}
+
+TEST_F(RealKeypad, DialogButtonsAndLeaveKeys) {
+    EXPECT_EQ(1, Dialog(eDialogOk, {149}));
+    EXPECT_EQ(2, Dialog(eDialogOkCancel, {50}));  // Cancel is the one selected at first
+    EXPECT_EQ(1, Dialog(eDialogOkCancel, {6, 50}));
+    EXPECT_EQ(1, Dialog(eDialogYesNo, {6, 149}));
+    EXPECT_EQ(2, Dialog(eDialogYesNo, {149}));
+    EXPECT_EQ(0, Dialog(eDialogYesNo, {150}));
+    EXPECT_EQ(-3, Dialog(eDialogOkCancel, {53}));
+    EXPECT_EQ(-4, Dialog(eDialogOk, {152}));
+}

@@ -1,0 +1,102 @@
+// The library on real framebuffer drivers (vfb, and the DRM layer's emulation of a
+// framebuffer for the bochs display): what it maps, where its pixels land as
+// another reader of the device sees them, its failure messages, and a copy whose bar
+// moves on the real screen.
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <linux/fb.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstring>
+#include <fstream>
+#include <string>
+
+#include "SystemSupport.h"
+#include "vantor.h"
+#include "vantor/Context.h"
+#include "vantor/Framebuffer.h"
+
+using Vantor::pContext;
+
+namespace {
+
+const int kWidth = 800, kHeight = 480;
+
+uint32_t WordAt(const std::vector<uint32_t>& screen, int x, int y) {
+    return screen.at(size_t(y) * kWidth + size_t(x));
+}
+
+}  // namespace
+
+// Run before the vfb module is loaded: there is no /dev/fb0 at all.
+TEST(NoFramebuffer, AbsentFb0GivesBothMessages) {
+    testing::internal::CaptureStdout();
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(nullptr, InitFramebuffer("/dev/fb0"));
+    std::fflush(stdout);
+    EXPECT_EQ("CFramebuffer: can't access frame buffer device at /dev/fb0\n",
+              testing::internal::GetCapturedStdout());
+    EXPECT_EQ("InitFramebuffer: allocation failed\n", testing::internal::GetCapturedStderr());
+    EXPECT_EQ(-2, InitCanvas(0, 0, kWidth, kHeight));
+}
+
+// Run with vfb reloaded at 16 bits per pixel: a real driver's answer must be refused.
+TEST(ShallowFramebuffer, SixteenBitsPerPixelIsRefused) {
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(nullptr, InitFramebuffer("/dev/fb0"));
+    const std::string reason = testing::internal::GetCapturedStderr();
+    EXPECT_FALSE(reason.empty());
+    EXPECT_EQ(reason.find('\n'), reason.size() - 1) << reason;  // one line
+}
+
+TEST(RealFramebuffer, MappedWithTheDriversGeometry) {
+    ASSERT_NE(nullptr, InitFramebuffer(TheFramebuffer()));
+    fb_var_screeninfo var = {};
+    fb_fix_screeninfo fix = {};
+    const int fd = open(TheFramebuffer(), O_RDONLY);
+    ASSERT_EQ(0, ioctl(fd, FBIOGET_VSCREENINFO, &var));
+    ASSERT_EQ(0, ioctl(fd, FBIOGET_FSCREENINFO, &fix));
+    close(fd);
+    EXPECT_EQ(unsigned(kWidth), var.xres_virtual);
+    EXPECT_EQ(unsigned(kHeight), var.yres_virtual);
+    EXPECT_EQ(32u, var.bits_per_pixel);
+    EXPECT_EQ(4u * var.xres_virtual, fix.line_length);
+    EXPECT_EQ(var.xres_virtual, pContext->pFramebuffer->varInfo.xres_virtual);
+    EXPECT_EQ(var.yres_virtual, pContext->pFramebuffer->varInfo.yres_virtual);
+}
+
+// The mapping must be the device's own memory, rows of xres_virtual words, 0x00RRGGBB:
+// a background colour written at (123, 45) is read back there by another reader.
+TEST(RealFramebuffer, PixelsLandWhereAnotherReaderSeesThem) {
+    ASSERT_NE(nullptr, InitFramebuffer(TheFramebuffer()));
+    ASSERT_EQ(0, InitCanvas(0, 0, kWidth, kHeight));
+    ASSERT_EQ(0, WriteTextWithBackground(123, 45, "  ", 0xFFFFFF, 0x123456, 0));
+    ASSERT_EQ(0, Update());
+    const std::vector<uint32_t> screen = ReadScreen(TheFramebuffer(), kWidth * kHeight);
+    ASSERT_FALSE(screen.empty());
+    EXPECT_EQ(0x123456u, WordAt(screen, 123, 45));
+    EXPECT_EQ(0x123456u, WordAt(screen, 124, 46));
+    EXPECT_NE(0x123456u, WordAt(screen, 122, 45));
+    EXPECT_NE(0x123456u, WordAt(screen, 123, 44));
+    EXPECT_EQ(0, std::memcmp(screen.data(), pContext->pFramebuffer->pScreen, screen.size() * 4));
+}
+
+TEST(RealFramebuffer, CopyMovesTheBarOnTheRealScreen) {
+    ASSERT_NE(nullptr, InitFramebuffer(TheFramebuffer()));
+    const std::string source = "/tmp/vantor-system-source", target = "/tmp/vantor-system-target";
+    std::ofstream(source, std::ios::binary) << std::string(3 << 20, 'x');
+    ASSERT_EQ(0, InitProgress(100, 200, 600, 60));
+    ASSERT_EQ(0, ShowProgress("Copying", eAlignLeft, 0.0f));
+    const uint32_t before = WordAt(ReadScreen(TheFramebuffer(), kWidth * kHeight), 690, 247);
+    ASSERT_EQ(0, CopyFileWithProgress(source.c_str(), target.c_str(), nullptr, 100.0f));
+    // The bar's right end is filled once the whole share is copied.
+    EXPECT_NE(0xFFFFFFu, before);
+    EXPECT_EQ(0xFFFFFFu, WordAt(ReadScreen(TheFramebuffer(), kWidth * kHeight), 690, 247));
+    std::ifstream copy(target, std::ios::binary | std::ios::ate);
+    EXPECT_EQ(std::streamoff(3 << 20), std::streamoff(copy.tellg()));
+    EXPECT_EQ(0, HideProgress());
+    std::remove(source.c_str());
+    std::remove(target.c_str());
+}

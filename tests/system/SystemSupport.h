@@ -1,0 +1,33 @@
+#ifndef VANTOR_TESTS_SYSTEMSUPPORT_H
+#define VANTOR_TESTS_SYSTEMSUPPORT_H
+
+// What the scenarios inside the test machine share. The guest runs the program three
+// times: before any framebuffer exists (tests named Without*Framebuffer*), with the
+// framebuffer but before any key device (WithoutKeypad.*), and then everything else.
+
+#include <cstdint>
+#include <functional>
+#include <initializer_list>
+#include <string>
+#include <vector>
+
+#include "UinputDevice.h"
+
+// The framebuffer the RealFramebuffer tests draw on: $VANTOR_SYSTEM_FB, else /dev/fb0.
+const char* TheFramebuffer();
+
+// Wall time a call takes, in seconds.
+double SecondsOf(const std::function<void()>& call);
+
+// The keypad, made on first use after two devices it must not be mistaken for. The
+// devices live as long as the process: input numbers are never reused within a boot,
+// and the library only looks at input0 to input8.
+UinputDevice& TheKeypad();
+
+// Presses and releases each key in turn on TheKeypad().
+void PressAll(std::initializer_list<int> codes);
+
+// Words read from the device with read(), as any other program would see the screen.
+std::vector<uint32_t> ReadScreen(const char* device, size_t words);
+
+#endif
