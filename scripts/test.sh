@@ -4,10 +4,9 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/deps.sh
-# Besides the build's own packages: QEMU, busybox and fbcat for the tests on a real
-# kernel, and the ARM and 32-bit x86 cross compilers for the 32-bit targets.
-vantor_install_missing qemu-system-x86 busybox-static fbcat g++-arm-linux-gnueabihf qemu-user-static \
-  g++-i686-linux-gnu
+vantor_install_missing
+# The suites that boot a real kernel and build for the 32-bit targets need more.
+bash scripts/system-deps.sh
 
 jobs=$(nproc)
 
