@@ -58,7 +58,7 @@ TEST(NoKeypad, MenusAndKeyedDialogsRefuseAtOnce) {
         EXPECT_EQ(-2, ShowMenu(kEntries, eMenuVertical, eAlignLeft));
         for (int type = 1; type <= 3; ++type) EXPECT_EQ(-2, ShowDialog(kLines, type, eAlignLeft));
     });
-    EXPECT_LT(waited, 0.5);
+    EXPECT_LT(waited, 1.0);                           // waiting at all would mean waiting for ever
     EXPECT_EQ(0, ShowDialog(kLines, 0, eAlignLeft));  // no buttons: nothing to wait for
 }
 
@@ -88,7 +88,7 @@ TEST_F(RealKeypad, WaitKeyWaitsItsTimeOutAndZeroLooksOnce) {
     const double waited = SecondsOf([] { EXPECT_EQ(-1, WaitKey(0.5f)); });
     EXPECT_GT(waited, 0.45);
     EXPECT_LT(waited, 2.0);
-    EXPECT_LT(SecondsOf([] { EXPECT_EQ(-1, WaitKey(0.0f)); }), 0.1);
+    EXPECT_LT(SecondsOf([] { EXPECT_EQ(-1, WaitKey(0.0f)); }), 0.3);  // well short of any wait
     PressAll({7});
     EXPECT_EQ(114, WaitKey(0.0f));
 }
