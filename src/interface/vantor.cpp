@@ -59,6 +59,12 @@ CBitmapFont* FontFromSelector(int font) {
 }
 
 template <typename T>
+void Release(T*& slot) {
+    delete slot;
+    slot = nullptr;
+}
+
+template <typename T>
 void Replace(T*& slot, T* object) {
     T* old = slot;
     slot = object;
@@ -67,11 +73,11 @@ void Replace(T*& slot, T* object) {
 
 // Everything that draws with the framebuffer's fonts or on its screen goes with it.
 void ReleaseScreenObjects() {
-    Replace(pContext->pCanvas, static_cast<CCanvas*>(nullptr));
-    Replace(pContext->pDialog, static_cast<CDialog*>(nullptr));
-    Replace(pContext->pProgress, static_cast<CProgress*>(nullptr));
-    Replace(pContext->pMenu, static_cast<CMenu*>(nullptr));
-    Replace(pContext->pFramebuffer, static_cast<CFramebuffer*>(nullptr));
+    Release(pContext->pCanvas);
+    Release(pContext->pDialog);
+    Release(pContext->pProgress);
+    Release(pContext->pMenu);
+    Release(pContext->pFramebuffer);
 }
 
 void InstallCrashHandler() {
@@ -117,12 +123,12 @@ __attribute__((constructor(101))) void VantorInit() {
 
 __attribute__((destructor(101))) void VantorCleanup() {
     if (pContext == nullptr) return;
-    Replace(pContext->pFramebuffer, static_cast<CFramebuffer*>(nullptr));
-    Replace(pContext->pCanvas, static_cast<CCanvas*>(nullptr));
-    Replace(pContext->pDialog, static_cast<CDialog*>(nullptr));
-    Replace(pContext->pProgress, static_cast<CProgress*>(nullptr));
-    Replace(pContext->pMenu, static_cast<CMenu*>(nullptr));
-    Replace(pContext->pKeypad, static_cast<CKeypad*>(nullptr));
+    Release(pContext->pFramebuffer);
+    Release(pContext->pCanvas);
+    Release(pContext->pDialog);
+    Release(pContext->pProgress);
+    Release(pContext->pMenu);
+    Release(pContext->pKeypad);
     delete pContext;
     pContext = nullptr;
     RemoveCrashHandler();
@@ -292,7 +298,7 @@ int RGB_to_RGBA(const unsigned char* src, unsigned char* dst, int size) {
 int InitKeypad(void) {
     return Guarded("InitKeypad", -19, [] {
         if (pContext == nullptr) return -19;
-        Replace(pContext->pKeypad, static_cast<CKeypad*>(nullptr));
+        Release(pContext->pKeypad);
         pContext->pKeypad = new CTCA8418Keypad();
         if (pContext->pKeypad->pDevicePath == nullptr) return -19;
         if (pContext->pKeypad->OpenDevice() != 0) return -19;
