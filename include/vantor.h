@@ -81,6 +81,9 @@ VANTOR_C_API int WriteTextWithBackground(int x, int y, const char* text, uint32_
 /* align is an eAlignMode: left, centre or right, optionally plus eAlignFillLine. */
 VANTOR_C_API int WriteAlignedTextWithBackground(int x, int y, const char* text, uint32_t fg,
                                                 uint32_t bg, int font, int align);
+/* Size of the visible screen in pixels, so a host can lay out for any panel; either
+ * pointer may be NULL.  0 ok;  -2 no framebuffer. */
+VANTOR_C_API int getScreenSize(int* width, int* height);
 /* Cell size of a font; either pointer may be NULL.  0 ok;  -2 no framebuffer or bad font. */
 VANTOR_C_API int getFontSize(int font, int* width, int* height);
 /* Packed R,G,B bytes to the screen's pixel words (B,G,R,0 bytes). dst must hold

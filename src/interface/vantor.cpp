@@ -271,6 +271,13 @@ int WriteAlignedTextWithBackground(int x, int y, const char* text, uint32_t fg, 
                    [&] { return AddText(x, y, text, fg, bg, font, align); });
 }
 
+int getScreenSize(int* width, int* height) {
+    if (!IsValid()) return -2;
+    if (width != nullptr) *width = Screen().getScreenWidth();
+    if (height != nullptr) *height = Screen().getScreenHeight();
+    return 0;
+}
+
 int getFontSize(int font, int* width, int* height) {
     if (!IsValid()) return -2;
     const CBitmapFont* selected = FontFromSelector(font);
