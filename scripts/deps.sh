@@ -20,11 +20,14 @@ vantor_install_missing() {
   echo "Installing: ${missing[*]}"
   local sudo=""
   [ "$(id -u)" -ne 0 ] && sudo="sudo"
-  # The package lists can fail to download for a moment; try a few times.
+  # The package lists can fail to download for a moment, and one stale index (a mirror
+  # in mid-sync) makes apt-get update fail while the rest is usable: only the install
+  # decides, and it is tried a few times. Another apt-get holding the lock is waited for.
   for attempt in 1 2 3; do
-    if $sudo apt-get update -q && \
-       DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -q --no-install-recommends \
-         "${missing[@]}"; then
+    $sudo apt-get update -q -o DPkg::Lock::Timeout=300 ||
+      echo "apt-get update reported errors; trying the install anyway" >&2
+    if DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -q --no-install-recommends \
+         -o DPkg::Lock::Timeout=300 "${missing[@]}"; then
       return 0
     fi
     echo "apt-get failed (attempt $attempt), retrying" >&2
