@@ -1,5 +1,7 @@
 #include "CommandLine.h"
 
+#include "Values.h"
+
 namespace VantorTool {
 
 namespace {
@@ -43,6 +45,8 @@ CommandLine::CommandLine(int argc, char** argv, const std::vector<OptionSpec>& a
             values[arg] = argv[++i];
         }
     }
+    // Checked now so that a bad box is a usage error even when the display is missing.
+    if (has("--geometry")) ParseBox("--geometry", value("--geometry"));
 }
 
 std::string CommandLine::value(const std::string& option, const std::string& fallback) const {
