@@ -16,8 +16,8 @@ namespace VantorTool {
 namespace {
 
 // Where the text goes: --at places its corner, --geometry gives a whole box. Without
-// either, the top-left corner of the screen.
-Box TextBox(const CommandLine& line, const Screen& screen) {
+// either, the top-left corner of the screen; the size is filled in from the screen.
+Box RequestedBox(const CommandLine& line) {
     Box box;
     if (line.has("--geometry")) box = ParseBox("--geometry", line.value("--geometry"));
     if (line.has("--at")) {
@@ -25,6 +25,10 @@ Box TextBox(const CommandLine& line, const Screen& screen) {
         box.x = at.x;
         box.y = at.y;
     }
+    return box;
+}
+
+Box FitToScreen(Box box, const Screen& screen) {
     if (box.width == 0) box.width = std::max(1, screen.width() - box.x);
     if (box.height == 0) box.height = std::max(1, screen.height() - box.y);
     return box;
@@ -44,11 +48,12 @@ int RunText(int argc, char** argv) {
     const uint32_t bg = ParseColour("--bg", line.value("--bg", "000000"));
     const bool aligned = line.has("--align");
     const int align = ParseAlign("--align", line.value("--align", "left"));
+    const Box requested = RequestedBox(line);
 
     Screen screen(line.value("--device", "/dev/fb0"));
     int cw = 8, ch = 16;
     getFontSize(font, &cw, &ch);
-    const Box box = TextBox(line, screen);
+    const Box box = FitToScreen(requested, screen);
     std::vector<std::string> lines =
         WrapLines(SplitLines(line.operands()), size_t(std::max(1, box.width / cw)));
     const size_t fits = size_t(std::max(1, box.height / ch));
