@@ -55,6 +55,16 @@ void MenuSize(const Entries& entries, bool horizontal, const Screen& screen, int
     height = rows * (ch + 8) + 8;
 }
 
+// The library's menu does not scroll: entries past the screen's edge could be chosen
+// without being seen, so such a menu is refused.
+void RequireRoom(int width, int height, const Screen& screen) {
+    if (width <= screen.width() && height <= screen.height()) return;
+    throw UsageError("menu: the entries need " + std::to_string(width) + "x" +
+                     std::to_string(height) + " pixels, the screen has " +
+                     std::to_string(screen.width()) + "x" + std::to_string(screen.height()) +
+                     "; give fewer or shorter entries");
+}
+
 // The title is a line of the main canvas just above the menu, so Restore takes it away
 // with the menu.
 void ShowTitle(const std::string& title, const Box& box, int titleHeight) {
@@ -84,6 +94,7 @@ int RunMenu(int argc, char** argv) {
     MenuSize(entries, horizontal, screen, width, height);
     if (!title.empty()) getFontSize(1, &titleWidth, &titleHeight);
     width = std::max(width, int(title.size()) * titleWidth);
+    RequireRoom(width, height + titleHeight, screen);
     const Box box = screen.Place(line.value("--geometry"), width, height + titleHeight);
     if (!title.empty()) ShowTitle(title, box, titleHeight);
 
