@@ -12,7 +12,7 @@ const char kHelp[] =
     "  menu [--title T] [--horizontal] [--align A] [--tag] [--keep] ITEM...\n"
     "        prints the chosen entry's number (from 1), or with --tag its TAG, where the\n"
     "        arguments are TAG ITEM pairs\n"
-    "  yesno [--align A] TEXT...         Yes: 0, No: 1\n"
+    "  yesno [--align A] TEXT...         Yes: 0, No: 1 (No is selected first)\n"
     "  ok [--ok-cancel] [--align A] TEXT...\n"
     "                                    Ok: 0, Cancel: 1\n"
     "        Each TEXT starts a line, \\n starts another; long lines are wrapped.\n"
