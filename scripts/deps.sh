@@ -8,6 +8,7 @@ VANTOR_PACKAGES=(
   googletest libgtest-dev libbenchmark-dev
   libfreetype-dev libpng-dev zlib1g-dev
   xfonts-terminus fonts-dejavu-core
+  mandoc
 )
 
 vantor_install_missing() {

@@ -1,10 +1,15 @@
 #include "SystemSupport.h"
 
+#include <dirent.h>
 #include <fcntl.h>
+#include <signal.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <chrono>
+#include <climits>
 #include <cstdlib>
+#include <fstream>
 #include <memory>
 
 const char* TheFramebuffer() {
@@ -46,4 +51,59 @@ std::vector<uint32_t> ReadScreen(const char* device, size_t words) {
     if (fd >= 0) close(fd);
     if (got != ssize_t(words * 4)) screen.clear();
     return screen;
+}
+
+namespace {
+
+bool RunsProgram(pid_t pid, const std::string& program) {
+    char target[PATH_MAX] = {};
+    if (readlink(("/proc/" + std::to_string(pid) + "/exe").c_str(), target, PATH_MAX - 1) < 0)
+        return false;
+    const std::string exe = target;
+    return exe.size() >= program.size() &&
+           exe.compare(exe.size() - program.size(), program.size(), program) == 0;
+}
+
+}  // namespace
+
+bool HasOpen(pid_t pid, const std::string& program, const std::string& node) {
+    if (!RunsProgram(pid, program)) return false;
+    const std::string dir = "/proc/" + std::to_string(pid) + "/fd";
+    DIR* entries = opendir(dir.c_str());
+    bool found = false;
+    while (dirent* entry = entries ? readdir(entries) : nullptr) {
+        char target[PATH_MAX] = {};
+        if (readlink((dir + "/" + entry->d_name).c_str(), target, PATH_MAX - 1) > 0)
+            found |= node == target;
+    }
+    if (entries) closedir(entries);
+    return found;
+}
+
+pid_t StartProgram(const std::string& log, const std::vector<std::string>& argv) {
+    const pid_t child = fork();
+    if (child != 0) return child;
+    for (int fd = 3; fd < 1024; ++fd) close(fd);
+    const int out = open(("/results/" + log).c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+    if (out >= 0) {
+        dup2(out, 1);
+        dup2(out, 2);
+    }
+    std::vector<char*> args;
+    for (const std::string& arg : argv) args.push_back(const_cast<char*>(arg.c_str()));
+    args.push_back(nullptr);
+    execv(args[0], args.data());
+    _exit(127);
+}
+
+bool Finished(pid_t pid, int& status, const std::string& stuck) {
+    for (int tries = 0; tries < 1200; ++tries) {
+        if (waitpid(pid, &status, WNOHANG) == pid) return true;
+        usleep(50000);
+    }
+    kill(pid, SIGKILL);
+    waitpid(pid, &status, 0);
+    std::ifstream screen("/dev/fb0", std::ios::binary);
+    std::ofstream("/results/" + stuck, std::ios::binary) << screen.rdbuf();
+    return false;
 }

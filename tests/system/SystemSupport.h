@@ -5,6 +5,8 @@
 // times: before any framebuffer exists (tests named Without*Framebuffer*), with the
 // framebuffer but before any key device (WithoutKeypad.*), and then everything else.
 
+#include <sys/types.h>
+
 #include <cstdint>
 #include <functional>
 #include <initializer_list>
@@ -26,6 +28,18 @@ UinputDevice& TheKeypad();
 
 // Presses and releases each key in turn on TheKeypad().
 void PressAll(std::initializer_list<int> codes);
+
+// True when process pid runs the program at path (the guest may see it under /host)
+// and has node open: only then do key events reach it.
+bool HasOpen(pid_t pid, const std::string& program, const std::string& node);
+
+// Forks and runs argv (argv[0] a path) with its output in /results/LOG and only its own
+// descriptors: an inherited keypad node would look as if it had opened the keypad.
+pid_t StartProgram(const std::string& log, const std::vector<std::string>& argv);
+
+// Waits up to a minute for pid; a program still running then is killed, its screen
+// (fb0) kept in /results/STUCK for a person to look at, and false returned.
+bool Finished(pid_t pid, int& status, const std::string& stuck);
 
 // Words read from the device with read(), as any other program would see the screen.
 std::vector<uint32_t> ReadScreen(const char* device, size_t words);

@@ -1,0 +1,10 @@
+#!/bin/sh
+# A firmware installer in ten lines: choose a slot, confirm, check the image, write it.
+# usage: installer.sh IMAGE TARGET-PREFIX   (the slot's letter is added to the prefix)
+image=$1; prefix=$2
+slot=$(vantor menu --title "Install firmware into" --tag a "Slot A" b "Slot B") || exit 0
+vantor yesno "Install $(basename "$image") into slot $slot?" \
+    "The device restarts when it is done." || exit 0
+for p in 25 50 75 100; do echo "$p"; sleep 0.2; done | vantor gauge --text "Checking the image"
+vantor copy --text "Writing slot $slot" "$image" "$prefix$slot" || exit 1
+vantor ok "Slot $slot is installed."

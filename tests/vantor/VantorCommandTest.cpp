@@ -1,0 +1,208 @@
+// The vantor command as a script sees it: exit statuses, stdout and the screen, each
+// subcommand run in the simulator with scripted keys.
+#include <gtest/gtest.h>
+#include <png.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace {
+
+struct Outcome {
+    int status;
+    std::string out, err;
+};
+
+// Every directory of a run lives under one root that is removed when the tests end.
+class TempRoot : public ::testing::Environment {
+  public:
+    void TearDown() override { std::system(("rm -rf '" + path + "'").c_str()); }
+    std::string path;
+};
+
+TempRoot* root = static_cast<TempRoot*>(::testing::AddGlobalTestEnvironment(new TempRoot));
+
+std::string TempDir() {
+    if (root->path.empty()) {
+        char pattern[] = "/tmp/vantor-command-test-XXXXXX";
+        root->path = mkdtemp(pattern);
+    }
+    static int count = 0;
+    const std::string dir = root->path + "/" + std::to_string(++count);
+    mkdir(dir.c_str(), 0700);
+    return dir;
+}
+
+std::string Slurp(const std::string& path) {
+    std::ifstream in(path);
+    std::ostringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+// Runs `vantor ARGS` through a shell; with keys, inside the simulator on an 800x480 screen.
+Outcome Vantor(const std::string& args, const std::string& keys = "", const std::string& shots = "",
+               const std::string& input = "") {
+    const std::string dir = TempDir();
+    std::string command = std::string(VANTOR_CLI) + " " + args;
+    if (!keys.empty()) {
+        command = std::string(VANTOR_SIM) + (shots.empty() ? "" : " --shots " + shots) +
+                  " --keys '" + keys + "' -- " + command;
+    }
+    command = "printf '" + input + "' | " + command + " 2>" + dir + "/err";
+    FILE* pipe = popen(command.c_str(), "r");
+    Outcome run{-1, "", ""};
+    char line[512];
+    while (std::fgets(line, sizeof(line), pipe)) run.out += line;
+    run.status = WEXITSTATUS(pclose(pipe));
+    run.err = Slurp(dir + "/err");
+    return run;
+}
+
+struct Picture {
+    unsigned width = 0, height = 0;
+    std::vector<uint8_t> rgb;
+    uint32_t at(unsigned x, unsigned y) const {
+        const uint8_t* p = &rgb[(size_t(y) * width + x) * 3];
+        return uint32_t(p[0]) << 16 | uint32_t(p[1]) << 8 | p[2];
+    }
+    int count(uint32_t colour, unsigned x0, unsigned y0, unsigned x1, unsigned y1) const {
+        int n = 0;
+        for (unsigned y = y0; y < y1; ++y)
+            for (unsigned x = x0; x < x1; ++x) n += at(x, y) == colour;
+        return n;
+    }
+};
+
+Picture ReadPng(const std::string& path) {
+    png_image image = {};
+    image.version = PNG_IMAGE_VERSION;
+    if (!png_image_begin_read_from_file(&image, path.c_str())) throw std::runtime_error(path);
+    image.format = PNG_FORMAT_RGB;
+    Picture picture{image.width, image.height, std::vector<uint8_t>(PNG_IMAGE_SIZE(image))};
+    png_image_finish_read(&image, nullptr, picture.rgb.data(), 0, nullptr);
+    return picture;
+}
+
+}  // namespace
+
+TEST(VantorCommand, AnswersEachWayOfLeavingWithItsStatusAndOutput) {
+    const struct {
+        const char* args;
+        const char* keys;
+        int status;
+        const char* out;
+    } cases[] = {
+        {"menu A B C", "down,down,ok", 0, "3\n"},
+        {"menu --horizontal A B", "down,select", 0, "2\n"},
+        {"menu --tag a 'Slot A' b 'Slot B'", "down,ok", 0, "b\n"},
+        {"menu A B", "back", 1, ""},
+        {"menu A B", "cancel", 4, ""},
+        {"menu A B", "home", 5, ""},
+        {"yesno 'Install?'", "ok", 1, ""},  // No is chosen first: a stray press is safe
+        {"yesno 'Install?'", "up,ok", 0, ""},
+        {"yesno 'Install?'", "home", 5, ""},
+        {"ok 'Done.'", "ok", 0, ""},
+        {"ok --ok-cancel 'Go on?'", "ok", 1, ""},
+        {"key", "home", 0, "home\n"},
+        {"key --timeout 5", "down", 0, "down\n"},
+        {"key --timeout 0.2", "none", 1, ""},
+    };
+    for (const auto& c : cases) {
+        const Outcome run = Vantor(c.args, c.keys);
+        EXPECT_EQ(c.status, run.status) << c.args << " / " << c.keys << ": " << run.err;
+        EXPECT_EQ(c.out, run.out) << c.args << " / " << c.keys;
+    }
+}
+
+TEST(VantorCommand, RefusesBadArgumentsWithStatusTwoBeforeTouchingTheDevice) {
+    const struct {
+        const char* args;
+        const char* message;
+    } cases[] = {
+        {"", "no command given"},
+        {"dance", "unknown command \"dance\""},
+        {"menu", "missing menu entries"},
+        {"menu --tag a", "TAG ITEM pairs"},
+        {"menu --align middle A", "bad --align \"middle\""},
+        {"menu --title", "--title needs a value"},
+        {"yesno --frobnicate x", "unknown option --frobnicate"},
+        {"text --fg red x", "bad --fg \"red\""},
+        {"text --at 10 x", "bad --at \"10\""},
+        {"gauge --geometry 0,0,0,10", "bad --geometry"},
+        {"gauge --percent 101", "bad --percent"},
+        {"copy only-one", "missing SOURCE and TARGET"},
+        {"copy --share x a b", "bad --share"},
+        {"key --timeout -1", "bad --timeout"},
+        {"clear extra", "unexpected argument \"extra\""},
+    };
+    for (const auto& c : cases) {
+        const Outcome run = Vantor(c.args);
+        EXPECT_EQ(2, run.status) << c.args;
+        EXPECT_NE(std::string::npos, run.err.find(c.message)) << c.args << ": " << run.err;
+        EXPECT_EQ("", run.out) << c.args;
+    }
+    EXPECT_EQ(0, Vantor("menu --help").status);
+}
+
+TEST(VantorCommand, NamesAMissingDisplayOrKeypadWithTheirOwnStatus) {
+    const Outcome display = Vantor("menu --device /dev/fb7 A");
+    EXPECT_EQ(8, display.status);
+    EXPECT_NE(std::string::npos, display.err.find("cannot use the display /dev/fb7"));
+    EXPECT_EQ("", display.out);  // the library's own report must not reach the answer
+    const Outcome keypad = Vantor("key --timeout 1");
+    EXPECT_EQ(7, keypad.status);
+    EXPECT_NE(std::string::npos, keypad.err.find("no keypad"));
+}
+
+TEST(VantorCommand, CopiesWithTheBarAndSaysWhatFailed) {
+    const std::string dir = TempDir();
+    std::ofstream(dir + "/src") << std::string(300000, 'x');
+    Outcome run = Vantor("copy --share 50 --keep " + dir + "/src " + dir + "/dst", "none", dir);
+    EXPECT_EQ(0, run.status) << run.err;
+    EXPECT_EQ(Slurp(dir + "/src"), Slurp(dir + "/dst"));
+    const Picture bar = ReadPng(dir + "/0001.png");
+    EXPECT_NEAR(0.5, bar.count(0xFFFFFF, 105, 250, 695, 251) / 590.0, 0.02);
+
+    run = Vantor("copy " + dir + "/missing " + dir + "/dst2", "none");
+    EXPECT_EQ(6, run.status);
+    EXPECT_NE(std::string::npos, run.err.find(dir + "/missing")) << run.err;
+    // Without a display the file is still copied.
+    run = Vantor("copy --device /dev/fb7 " + dir + "/src " + dir + "/dst3");
+    EXPECT_EQ(0, run.status) << run.err;
+    EXPECT_EQ(Slurp(dir + "/src"), Slurp(dir + "/dst3"));
+}
+
+TEST(VantorCommand, DrawsWhatAScriptAskedFor) {
+    const std::string text = TempDir();
+    ASSERT_EQ(0, Vantor("text --fg FFB000 --at 10,10 Recovery", "none", text).status);
+    const Picture shown = ReadPng(text + "/0001.png");
+    EXPECT_GT(shown.count(0xFFB000, 10, 10, 74, 26), 40);  // the word, still there at exit
+    EXPECT_EQ(0, shown.count(0xFFB000, 74, 0, 800, 480));
+
+    // The XXX block's percentage moves the bar; --keep leaves the window at the end.
+    const std::string gauge = TempDir();
+    ASSERT_EQ(0, Vantor("gauge --keep", "none", gauge, "10\\nXXX\\n75\\nAlmost\\nXXX\\n").status);
+    EXPECT_NEAR(0.75, ReadPng(gauge + "/0001.png").count(0xFFFFFF, 105, 250, 695, 251) / 590.0,
+                0.02);
+    const std::string gone = TempDir();
+    ASSERT_EQ(0, Vantor("gauge", "none", gone, "50\\n").status);
+    EXPECT_EQ(0, ReadPng(gone + "/0001.png").count(0xFFFFFF, 0, 0, 800, 480));
+
+    // A long line is wrapped inside the dialog's box, not run past its edge.
+    const std::string dialog = TempDir();
+    ASSERT_EQ(1, Vantor("yesno --geometry 100,100,200,120 'one two three four five six seven "
+                        "eight nine ten'",
+                        "ok", dialog)
+                     .status);
+    const Picture box = ReadPng(dialog + "/0001.png");
+    EXPECT_GT(box.count(0xFFFFFF, 100, 118, 300, 134), 20);  // the second line
+    EXPECT_EQ(0, box.count(0xFFFFFF, 300, 100, 800, 220));
+}

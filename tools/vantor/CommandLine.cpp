@@ -1,0 +1,70 @@
+#include "CommandLine.h"
+
+#include "Values.h"
+
+namespace VantorTool {
+
+namespace {
+
+const std::vector<OptionSpec> kCommon = {
+    {"--device", true}, {"--geometry", true}, {"--help", false}, {"-h", false}};
+
+}  // namespace
+
+CommandLine::CommandLine(int argc, char** argv, const std::vector<OptionSpec>& accepted)
+    : name(argv[0]), specs(kCommon) {
+    specs.insert(specs.end(), accepted.begin(), accepted.end());
+    bool optionsEnded = false;
+    for (int i = 1; i < argc; ++i) {
+        std::string arg = argv[i];
+        // A lone "-" or a negative-looking word is an operand, like text to show.
+        if (optionsEnded || arg.size() < 2 || arg[0] != '-') {
+            positional.push_back(arg);
+            continue;
+        }
+        if (arg == "--") {
+            optionsEnded = true;
+            continue;
+        }
+        std::string inlineValue;
+        const size_t equals = arg.find('=');
+        const bool hasInline = arg.rfind("--", 0) == 0 && equals != std::string::npos;
+        if (hasInline) {
+            inlineValue = arg.substr(equals + 1);
+            arg.resize(equals);
+        }
+        const OptionSpec* spec = find(arg);
+        if (spec == nullptr) throw UsageError(name + ": unknown option " + arg);
+        if (!spec->takesValue) {
+            if (hasInline) throw UsageError(name + ": " + arg + " takes no value");
+            values[arg] = "";
+        } else if (hasInline) {
+            values[arg] = inlineValue;
+        } else {
+            if (i + 1 >= argc) throw UsageError(name + ": " + arg + " needs a value");
+            values[arg] = argv[++i];
+        }
+    }
+    // Checked now so that a bad box is a usage error even when the display is missing.
+    if (has("--geometry")) ParseBox("--geometry", value("--geometry"));
+}
+
+std::string CommandLine::value(const std::string& option, const std::string& fallback) const {
+    const auto found = values.find(option);
+    return found == values.end() ? fallback : found->second;
+}
+
+void CommandLine::requireOperands(size_t least, size_t most, const char* what) const {
+    if (positional.size() < least) throw UsageError(name + ": missing " + what);
+    if (positional.size() > most)
+        throw UsageError(name + ": unexpected argument \"" + positional[most] + "\"");
+}
+
+const OptionSpec* CommandLine::find(const std::string& option) const {
+    for (const OptionSpec& spec : specs) {
+        if (option == spec.name) return &spec;
+    }
+    return nullptr;
+}
+
+}  // namespace VantorTool

@@ -1,0 +1,56 @@
+// vantor copy: the firmware copy with its progress window.
+#include <vantor.h>
+
+#include <cstdio>
+#include <memory>
+
+#include "CommandLine.h"
+#include "Commands.h"
+#include "FirmwareCopy.h"
+#include "Screen.h"
+
+namespace VantorTool {
+
+namespace {
+
+// The copy matters more than the picture: without a usable display the file is still
+// copied, with a word on stderr, and the status tells how the copy went.
+std::unique_ptr<Screen> OpenDisplay(const std::string& device) {
+    try {
+        return std::make_unique<Screen>(device);
+    } catch (const CommandFailure& failure) {
+        std::fprintf(stderr, "vantor: %s; copying without a progress window\n", failure.what());
+        return nullptr;
+    }
+}
+
+}  // namespace
+
+int RunCopy(int argc, char** argv) {
+    const CommandLine line(argc, argv,
+                           {{"--text", true},
+                            {"--start", true},
+                            {"--share", true},
+                            {"--verify", false},
+                            {"--keep", false}});
+    line.requireOperands(2, 2, "SOURCE and TARGET");
+    const float start = ParseNumber("--start", line.value("--start", "0"), 0, 100);
+    const float share = ParseNumber("--share", line.value("--share", "100"), 0, 100);
+    const std::string text = line.value("--text");
+    const char* caption = text.empty() ? nullptr : text.c_str();
+
+    const std::unique_ptr<Screen> screen = OpenDisplay(line.value("--device", "/dev/fb0"));
+    if (screen) {
+        const Box box = screen->Place(line.value("--geometry"), screen->width() * 3 / 4,
+                                      screen->cellHeight() + 30);
+        InitProgress(box.x, box.y, box.width, box.height);
+        ShowProgress(caption, eAlignLeft, start);
+    }
+    const CopyRequest request{line.operands()[0].c_str(), line.operands()[1].c_str(), caption,
+                              share, line.has("--verify")};
+    const int result = CopyImage(request);
+    if (screen && !line.has("--keep")) HideProgress();
+    return result == 0 ? kExitOk : kExitCopyFailed;
+}
+
+}  // namespace VantorTool

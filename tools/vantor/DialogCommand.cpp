@@ -1,0 +1,86 @@
+// vantor yesno / vantor ok: lines of text with buttons; the answer is the exit status.
+#include <vantor.h>
+
+#include <algorithm>
+#include <cstdio>
+
+#include "CommandLine.h"
+#include "Commands.h"
+#include "Screen.h"
+#include "TextLines.h"
+
+namespace VantorTool {
+
+namespace {
+
+// The library writes the lines 2 pixels in from the box's corner and puts the button
+// row, about a cell and 16 pixels high, in its bottom-right corner.
+const int kInset = 2;
+const int kMinimumColumns = 24;
+
+int ButtonRowHeight(const Screen& screen) {
+    return screen.cellHeight() + 16;
+}
+
+// Wide enough for the longest line, at least room for the buttons, at most three
+// quarters of the screen (longer lines are wrapped to that).
+int DefaultWidth(const std::vector<std::string>& lines, const Screen& screen) {
+    size_t longest = 0;
+    for (const std::string& text : lines) longest = std::max(longest, text.size());
+    const int cw = screen.cellWidth();
+    const int widest =
+        std::max(screen.width() * 3 / 4, std::min(screen.width(), kMinimumColumns * cw));
+    return std::min(std::max(int(longest) * cw, kMinimumColumns * cw) + 4 * kInset, widest);
+}
+
+// Lines the box cannot hold are left out with a word on stderr, never drawn over the
+// buttons.
+void FitHeight(std::vector<std::string>& lines, const Box& box, const Screen& screen) {
+    const int room = (box.height - 2 * kInset - ButtonRowHeight(screen)) / screen.cellHeight();
+    const size_t fits = size_t(std::max(room, 0));
+    if (lines.size() <= fits) return;
+    std::fprintf(stderr, "vantor: %zu of %zu lines do not fit the dialog and are left out\n",
+                 lines.size() - fits, lines.size());
+    lines.resize(fits);
+}
+
+int RunDialog(const CommandLine& line, int type) {
+    line.requireOperands(1, 1000, "the text to show");
+    std::vector<std::string> lines = SplitLines(line.operands());
+    const int align = ParseAlign("--align", line.value("--align", "left"));
+    const std::string geometry = line.value("--geometry");
+
+    Screen screen(line.value("--device", "/dev/fb0"));
+    Screen::OpenKeypad();
+    const int width = screen.Place(geometry, DefaultWidth(lines, screen), 1).width;
+    lines = WrapLines(lines, size_t((width - 2 * kInset) / screen.cellWidth()));
+    const int height =
+        int(lines.size()) * screen.cellHeight() + 2 * kInset + ButtonRowHeight(screen);
+    const Box box = screen.Place(geometry, width, height);
+    FitHeight(lines, box, screen);
+
+    std::vector<const char*> texts;
+    for (const std::string& text : lines) texts.push_back(text.c_str());
+    texts.push_back(nullptr);
+    // A canvas over the box keeps what was under it: the dialog itself leaves black.
+    InitCanvas(box.x, box.y, box.width, box.height);
+    InitDialog(box.x, box.y, box.width, box.height);
+    const int answer = ShowDialog(texts.data(), type, align);
+    Restore();
+    if (answer == 1) return kExitOk;
+    if (answer == 2) return kExitDeclined;
+    return StatusOfLeavingKey(answer);
+}
+
+}  // namespace
+
+int RunYesNo(int argc, char** argv) {
+    return RunDialog(CommandLine(argc, argv, {{"--align", true}}), eDialogYesNo);
+}
+
+int RunOk(int argc, char** argv) {
+    const CommandLine line(argc, argv, {{"--align", true}, {"--ok-cancel", false}});
+    return RunDialog(line, line.has("--ok-cancel") ? eDialogOkCancel : eDialogOk);
+}
+
+}  // namespace VantorTool

@@ -1,0 +1,64 @@
+#include "GaugeReader.h"
+
+#include <cmath>
+#include <cstdlib>
+
+namespace VantorTool {
+
+namespace {
+
+std::string Trim(const std::string& text) {
+    const size_t first = text.find_first_not_of(" \t\r\n");
+    if (first == std::string::npos) return "";
+    return text.substr(first, text.find_last_not_of(" \t\r\n") - first + 1);
+}
+
+bool ReadPercent(const std::string& text, float& percent) {
+    char* end = nullptr;
+    const float value = std::strtof(text.c_str(), &end);
+    if (text.empty() || *end != '\0' || !std::isfinite(value)) return false;
+    percent = value;
+    return true;
+}
+
+}  // namespace
+
+bool GaugeReader::Feed(const std::string& raw, Step& step) {
+    const std::string line = Trim(raw);
+    if (line == "XXX") {
+        inBlock = !inBlock;
+        expectPercent = inBlock;
+        if (inBlock) {
+            pending = Step();
+            return false;
+        }
+        step = pending;
+        return true;
+    }
+    if (!inBlock) {
+        step = Step();
+        step.moves = ReadPercent(line, step.percent);
+        return step.moves;
+    }
+    if (expectPercent) {
+        expectPercent = false;
+        if (ReadPercent(line, pending.percent)) {
+            pending.moves = true;
+            return false;
+        }
+    }
+    // The window shows one line, so the block's lines are joined by blanks.
+    if (pending.hasText) pending.text += ' ';
+    pending.text += line;
+    pending.hasText = true;
+    return false;
+}
+
+bool GaugeReader::Finish(Step& step) {
+    if (!inBlock || (!pending.moves && !pending.hasText)) return false;
+    inBlock = false;
+    step = pending;
+    return true;
+}
+
+}  // namespace VantorTool

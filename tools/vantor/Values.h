@@ -1,0 +1,23 @@
+// Option values as scripts write them; each parser names the option and what it
+// expected when the text does not fit, so a script author sees the fault at once.
+#ifndef VANTOR_TOOL_VALUES_H
+#define VANTOR_TOOL_VALUES_H
+
+#include <cstdint>
+#include <string>
+
+namespace VantorTool {
+
+struct Box {
+    int x = 0, y = 0, width = 0, height = 0;
+};
+
+uint32_t ParseColour(const std::string& option, const std::string& text);  // RRGGBB or #RRGGBB
+Box ParsePoint(const std::string& option, const std::string& text);        // X,Y (no size)
+Box ParseBox(const std::string& option, const std::string& text);          // X,Y,W,H
+float ParseNumber(const std::string& option, const std::string& text, float least, float most);
+int ParseAlign(const std::string& option, const std::string& text);  // an eAlignMode
+
+}  // namespace VantorTool
+
+#endif
