@@ -1,6 +1,12 @@
 // Keys, menus, dialogs and the progress window through the C interface, with key
 // presses coming from virtual input devices.
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
 #include <chrono>
+#include <cmath>
+#include <limits>
 
 #include "InterfaceFixture.h"
 #include "vantor/Context.h"
@@ -8,6 +14,7 @@
 #include "vantor/Menu.h"
 #include "vantor/Progress.h"
 #include "vantor/ProgressBar.h"
+#include "vantor_platform.h"
 
 using Vantor::pContext;
 
@@ -32,13 +39,23 @@ TEST_F(Interface, WaitKeyWithoutKeypadAnswersAtOnceAndWithoutDeviceAfterTheTimeo
     EXPECT_LT(SecondsOf([] { EXPECT_EQ(-1, WaitKey(-1.0f)); }), 0.1);
 }
 
-TEST_F(Interface, KeypadIsFoundByNamePrefixAmongInputDevices) {
-    AddKeypad(0, "gpio-keys");
-    AddKeypad(2, "tca8418-keypad");
+// After hot-plugs the event node's number is not the input device's; the node is the
+// one the input device's own eventM entry names, and eventN only where it has none.
+TEST_F(Interface, KeypadIsFoundByNamePrefixAndItsOwnEventNode) {
+    ASSERT_EQ(0, vp_input_add_numbered(0, 2, "gpio-keys"));  // event2 is another device's
+    ASSERT_EQ(0, vp_input_add_numbered(2, 0, "tca8418-keypad"));
     ASSERT_EQ(0, InitKeypad());
-    EXPECT_STREQ("/dev/input/event2", pContext->pKeypad->pDevicePath);
+    EXPECT_STREQ("/dev/input/event0", pContext->pKeypad->pDevicePath);
     EXPECT_EQ(0, InitKeypad());
     EXPECT_EQ(1, OpenInputDescriptors(2));
+    // Programs the host starts must not inherit the node.
+    EXPECT_TRUE(fcntl(pContext->pKeypad->fd, F_GETFD) & FD_CLOEXEC);
+
+    vp_reset();
+    ASSERT_EQ(0, vp_input_add_name(3, "tca8418"));
+    ASSERT_EQ(0, vp_input_add(5, nullptr));
+    EXPECT_EQ(-19, InitKeypad());
+    EXPECT_STREQ("/dev/input/event3", pContext->pKeypad->pDevicePath);
 }
 
 TEST_F(Interface, DevicesBeyondInput8OrWithAShorterNameAreNotFound) {
@@ -47,11 +64,15 @@ TEST_F(Interface, DevicesBeyondInput8OrWithAShorterNameAreNotFound) {
     EXPECT_EQ(-19, InitKeypad());
 }
 
+// The driver sends a scan code and a sync around each key record; each is a record of
+// its own, so each gives -1.
 TEST_F(Interface, KeyPressesAreTranslatedAndEverythingElseIsMinusOne) {
     AddKeypad();
     ASSERT_EQ(0, InitKeypad());
-    Press(50);
+    ASSERT_EQ(0, vp_input_key(0, 50, 1));
+    EXPECT_EQ(-1, WaitKey(1.0f));
     EXPECT_EQ(103, WaitKey(1.0f));
+    EXPECT_EQ(-1, WaitKey(1.0f));
     Press(50, 0, 0);   // release
     Press(149, 0, 2);  // auto-repeat
     Press(30);         // a key that is not on the keypad
@@ -61,6 +82,41 @@ TEST_F(Interface, KeyPressesAreTranslatedAndEverythingElseIsMinusOne) {
     EXPECT_EQ(-1, WaitKey(1.0f));
     EXPECT_EQ(10, WaitKey(0.0f));
     EXPECT_EQ(-1, WaitKey(0.0f));
+}
+
+// With a key waiting, a time-out that fails at once leaves it there, and any other
+// (however large) takes it at once.
+TEST_F(Interface, TimeOutsThatAreNotOrdinaryNumbers) {
+    AddKeypad();
+    ASSERT_EQ(0, InitKeypad());
+    const float inf = std::numeric_limits<float>::infinity();
+    const struct {
+        float timeout;
+        int key;
+    } cases[] = {{-1.0f, -1}, {-inf, -1}, {std::nanf(""), -1}, {-1e30f, -1},
+                 {0.0f, 10},  {inf, 10},  {1e30f, 10},         {1e-30f, 10}};
+    for (const auto& c : cases) {
+        Press(149);
+        EXPECT_EQ(c.key, WaitKey(c.timeout)) << c.timeout;
+        WaitKey(0.0f);  // takes the key where it was left
+    }
+}
+
+// Descriptors above 1023 are common in hosts that hold many sockets.
+TEST_F(Interface, KeypadOnAHighDescriptorStillDeliversKeys) {
+    rlimit limit;
+    getrlimit(RLIMIT_NOFILE, &limit);
+    if (limit.rlim_max < 1501) GTEST_SKIP() << "descriptor limit " << limit.rlim_max;
+    if (limit.rlim_cur < 1501) limit.rlim_cur = 1501;
+    ASSERT_EQ(0, setrlimit(RLIMIT_NOFILE, &limit));
+    AddKeypad();
+    ASSERT_EQ(0, InitKeypad());
+    const int high = dup2(pContext->pKeypad->fd, 1500);
+    ASSERT_EQ(1500, high);
+    close(pContext->pKeypad->fd);
+    pContext->pKeypad->fd = high;
+    Press(149);
+    EXPECT_EQ(10, WaitKey(1.0f));
 }
 
 TEST_F(Interface, MenuAnswersTheKeysOfTheKeypad) {
@@ -120,6 +176,46 @@ TEST_F(Interface, MenusAndDialogsRefuseToWaitWithoutAUsableKeypad) {
     EXPECT_EQ(-19, InitKeypad());  // a keypad object without a device
     EXPECT_EQ(-2, ShowMenu(kEntries, eMenuVertical, eAlignLeft));
     EXPECT_EQ(0, ShowDialog(lines, 0, eAlignLeft));  // no buttons: nothing to wait for
+}
+
+// A keypad unplugged while a host waits (controller reset, driver unbound) ends the
+// wait instead of leaving a menu or dialog waiting for ever; InitKeypad finds it again.
+TEST_F(Interface, KeypadLostDuringAWaitEndsTheWaitUntilInitKeypadFindsItAgain) {
+    alarm(60);  // the fault this looks for is a wait without end: fail, don't hang
+    FillScreen(0x336699);
+    InitFramebuffer("/dev/fb0");
+    InitMenu(20, 30);
+    InitDialog(100, 100, 200, 80);
+    const char* lines[] = {"Sure?", nullptr};
+    int waits = 0;
+    OnWait([&] {
+        if (++waits == 2) vp_input_remove(0);  // after one key has been handled
+    });
+    auto plugIn = [&](const char* keys) {
+        waits = 0;
+        AddKeypad();
+        ASSERT_EQ(0, InitKeypad());
+        Script(keys);
+    };
+
+    plugIn("149");
+    EXPECT_EQ(-1, WaitKey(1.0f));  // the key's scan code
+    while (WaitKey(5.0f) != -1 || !pContext->pKeypad->IsDeviceLost()) {
+    }
+    EXPECT_EQ(-1, WaitKey(0.0f));
+
+    plugIn("7");
+    EXPECT_EQ(-2, ShowMenu(kEntries, eMenuVertical, eAlignLeft));
+    EXPECT_EQ(0x336699u, Pixel(20 + 5, 30 + 5));  // the menu took itself off the screen
+    EXPECT_EQ(-2, ShowMenu(kEntries, eMenuVertical, eAlignLeft));
+
+    plugIn("7");
+    EXPECT_EQ(-2, ShowDialog(lines, eDialogYesNo, eAlignLeft));
+
+    plugIn("150");
+    OnWait([] {});
+    EXPECT_EQ(0, ShowMenu(kEntries, eMenuVertical, eAlignLeft));
+    alarm(0);
 }
 
 TEST_F(Interface, WidgetsUseTheKeypadOfTheLatestInitKeypad) {
