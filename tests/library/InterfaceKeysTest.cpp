@@ -4,9 +4,11 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 #include "InterfaceFixture.h"
 #include "vantor/Context.h"
@@ -30,13 +32,25 @@ const char* kEntries[] = {"A", "B", "C", nullptr};
 
 }  // namespace
 
-TEST_F(Interface, WaitKeyWithoutKeypadAnswersAtOnceAndWithoutDeviceAfterTheTimeout) {
-    EXPECT_LT(SecondsOf([] { EXPECT_EQ(-1, WaitKey(0.5f)); }), 0.1);
+// With a key waiting, a time-out that fails at once leaves it there, and any other
+// (however large) takes it at once.
+TEST_F(Interface, WaitKeyTimeOuts) {
+    EXPECT_LT(SecondsOf([] { EXPECT_EQ(-1, WaitKey(0.5f)); }), 0.1);  // no keypad
     EXPECT_EQ(-19, InitKeypad());
-    const double waited = SecondsOf([] { EXPECT_EQ(-1, WaitKey(0.3f)); });
+    const double waited = SecondsOf([] { EXPECT_EQ(-1, WaitKey(0.3f)); });  // no device
     EXPECT_GT(waited, 0.25);
     EXPECT_LT(waited, 1.0);
-    EXPECT_LT(SecondsOf([] { EXPECT_EQ(-1, WaitKey(-1.0f)); }), 0.1);
+    AddKeypad();
+    ASSERT_EQ(0, InitKeypad());
+    const float inf = std::numeric_limits<float>::infinity();
+    const std::pair<float, int> cases[] = {{-1.0f, -1},  {-inf, -1},  {std::nanf(""), -1},
+                                           {-1e30f, -1}, {0.0f, 10},  {inf, 10},
+                                           {1e30f, 10},  {1e-30f, 10}};
+    for (const auto& [timeout, key] : cases) {
+        Press(149);
+        EXPECT_EQ(key, WaitKey(timeout)) << timeout;
+        WaitKey(0.0f);  // takes the key where it was left
+    }
 }
 
 // After hot-plugs the event node's number is not the input device's; the node is the
@@ -65,10 +79,19 @@ TEST_F(Interface, DevicesBeyondInput8OrWithAShorterNameAreNotFound) {
 }
 
 // The driver sends a scan code and a sync around each key record; each is a record of
-// its own, so each gives -1.
+// its own, so each gives -1. Hosts holding many sockets give the keypad a descriptor
+// above 1023, so it is moved there first.
 TEST_F(Interface, KeyPressesAreTranslatedAndEverythingElseIsMinusOne) {
     AddKeypad();
     ASSERT_EQ(0, InitKeypad());
+    rlimit limit;
+    getrlimit(RLIMIT_NOFILE, &limit);
+    limit.rlim_cur = std::max<rlim_t>(limit.rlim_cur, std::min<rlim_t>(limit.rlim_max, 1501));
+    setrlimit(RLIMIT_NOFILE, &limit);
+    ASSERT_EQ(1500, dup2(pContext->pKeypad->fd, 1500));
+    close(pContext->pKeypad->fd);
+    pContext->pKeypad->fd = 1500;
+
     ASSERT_EQ(0, vp_input_key(0, 50, 1));
     EXPECT_EQ(-1, WaitKey(1.0f));
     EXPECT_EQ(103, WaitKey(1.0f));
@@ -82,41 +105,6 @@ TEST_F(Interface, KeyPressesAreTranslatedAndEverythingElseIsMinusOne) {
     EXPECT_EQ(-1, WaitKey(1.0f));
     EXPECT_EQ(10, WaitKey(0.0f));
     EXPECT_EQ(-1, WaitKey(0.0f));
-}
-
-// With a key waiting, a time-out that fails at once leaves it there, and any other
-// (however large) takes it at once.
-TEST_F(Interface, TimeOutsThatAreNotOrdinaryNumbers) {
-    AddKeypad();
-    ASSERT_EQ(0, InitKeypad());
-    const float inf = std::numeric_limits<float>::infinity();
-    const struct {
-        float timeout;
-        int key;
-    } cases[] = {{-1.0f, -1}, {-inf, -1}, {std::nanf(""), -1}, {-1e30f, -1},
-                 {0.0f, 10},  {inf, 10},  {1e30f, 10},         {1e-30f, 10}};
-    for (const auto& c : cases) {
-        Press(149);
-        EXPECT_EQ(c.key, WaitKey(c.timeout)) << c.timeout;
-        WaitKey(0.0f);  // takes the key where it was left
-    }
-}
-
-// Descriptors above 1023 are common in hosts that hold many sockets.
-TEST_F(Interface, KeypadOnAHighDescriptorStillDeliversKeys) {
-    rlimit limit;
-    getrlimit(RLIMIT_NOFILE, &limit);
-    if (limit.rlim_max < 1501) GTEST_SKIP() << "descriptor limit " << limit.rlim_max;
-    if (limit.rlim_cur < 1501) limit.rlim_cur = 1501;
-    ASSERT_EQ(0, setrlimit(RLIMIT_NOFILE, &limit));
-    AddKeypad();
-    ASSERT_EQ(0, InitKeypad());
-    const int high = dup2(pContext->pKeypad->fd, 1500);
-    ASSERT_EQ(1500, high);
-    close(pContext->pKeypad->fd);
-    pContext->pKeypad->fd = high;
-    Press(149);
-    EXPECT_EQ(10, WaitKey(1.0f));
 }
 
 TEST_F(Interface, MenuAnswersTheKeysOfTheKeypad) {
@@ -191,29 +179,19 @@ TEST_F(Interface, KeypadLostDuringAWaitEndsTheWaitUntilInitKeypadFindsItAgain) {
     OnWait([&] {
         if (++waits == 2) vp_input_remove(0);  // after one key has been handled
     });
-    auto plugIn = [&](const char* keys) {
+    for (bool dialog : {false, true}) {
         waits = 0;
         AddKeypad();
         ASSERT_EQ(0, InitKeypad());
-        Script(keys);
-    };
-
-    plugIn("149");
-    EXPECT_EQ(-1, WaitKey(1.0f));  // the key's scan code
-    while (WaitKey(5.0f) != -1 || !pContext->pKeypad->IsDeviceLost()) {
+        Script("7");
+        EXPECT_EQ(-2, dialog ? ShowDialog(lines, eDialogYesNo, eAlignLeft)
+                             : ShowMenu(kEntries, eMenuVertical, eAlignLeft));
+        EXPECT_EQ(-1, WaitKey(0.0f));
+        EXPECT_EQ(0x336699u, Pixel(20 + 5, 30 + 5));  // the menu took itself off the screen
     }
-    EXPECT_EQ(-1, WaitKey(0.0f));
-
-    plugIn("7");
-    EXPECT_EQ(-2, ShowMenu(kEntries, eMenuVertical, eAlignLeft));
-    EXPECT_EQ(0x336699u, Pixel(20 + 5, 30 + 5));  // the menu took itself off the screen
-    EXPECT_EQ(-2, ShowMenu(kEntries, eMenuVertical, eAlignLeft));
-
-    plugIn("7");
-    EXPECT_EQ(-2, ShowDialog(lines, eDialogYesNo, eAlignLeft));
-
-    plugIn("150");
-    OnWait([] {});
+    AddKeypad();
+    ASSERT_EQ(0, InitKeypad());
+    Script("150");
     EXPECT_EQ(0, ShowMenu(kEntries, eMenuVertical, eAlignLeft));
     alarm(0);
 }
