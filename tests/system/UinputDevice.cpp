@@ -77,25 +77,20 @@ void UinputDevice::Repeat(int code) {
     Emit(EV_SYN, SYN_REPORT, 0);
 }
 
-int UinputDevice::InputNumber() const {
+std::string UinputDevice::EventNode() const {
     for (int n = 0; n < 32; ++n) {
         std::ifstream file("/sys/class/input/input" + std::to_string(n) + "/name");
         std::string line;
-        if (std::getline(file, line) && line == name) return n;
+        if (!std::getline(file, line) || line != name) continue;
+        const std::string dir = "/sys/class/input/input" + std::to_string(n);
+        DIR* entries = opendir(dir.c_str());
+        std::string node;
+        while (dirent* entry = entries ? readdir(entries) : nullptr) {
+            if (std::strncmp(entry->d_name, "event", 5) == 0)
+                node = "/dev/input/" + std::string(entry->d_name);
+        }
+        if (entries) closedir(entries);
+        return node;
     }
-    return -1;
-}
-
-std::string UinputDevice::EventNode() const {
-    const int n = InputNumber();
-    if (n < 0) return "";
-    const std::string dir = "/sys/class/input/input" + std::to_string(n);
-    DIR* entries = opendir(dir.c_str());
-    std::string node;
-    while (dirent* entry = entries ? readdir(entries) : nullptr) {
-        if (std::strncmp(entry->d_name, "event", 5) == 0)
-            node = "/dev/input/" + std::string(entry->d_name);
-    }
-    if (entries) closedir(entries);
-    return node;
+    return "";
 }

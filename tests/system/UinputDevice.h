@@ -20,8 +20,6 @@ class UinputDevice {
     // An auto-repeat record (value 2) and its report, as the input core sends while a
     // key is held.
     void Repeat(int code);
-    // The device's number N in /sys/class/input/inputN, or -1.
-    int InputNumber() const;
     // The evdev node the kernel gave the device, e.g. "/dev/input/event1".
     std::string EventNode() const;
 
