@@ -17,7 +17,7 @@ const int kKeyBack = 26;
 const int kKeyCancel = 3;
 const int kKeyHome = 9;
 
-const int kDeviceLost = -2;  // what a query answers when its keypad lost its device
+const int kResultKeypadLost = -2;  // what a query answers when its keypad lost its device
 
 const uint32_t kWhite = 0xFFFFFF;
 const uint32_t kBlack = 0x000000;
@@ -123,7 +123,7 @@ int CMenu::WaitForChoice(unsigned int* screen, int screenWidth, int screenHeight
             case kKeyHome:
                 return -4;
             default:
-                if (keypad.IsDeviceLost()) return kDeviceLost;
+                if (keypad.IsDeviceLost()) return kResultKeypadLost;
                 break;
         }
     }
