@@ -167,7 +167,8 @@ TEST_F(Interface, MenusAndDialogsRefuseToWaitWithoutAUsableKeypad) {
 }
 
 // A keypad unplugged while a host waits (controller reset, driver unbound) ends the
-// wait instead of leaving a menu or dialog waiting for ever; InitKeypad finds it again.
+// wait instead of leaving a menu or dialog waiting for ever; InitKeypad finds it again,
+// and the widgets made before it use the new keypad.
 TEST_F(Interface, KeypadLostDuringAWaitEndsTheWaitUntilInitKeypadFindsItAgain) {
     alarm(60);  // the fault this looks for is a wait without end: fail, don't hang
     FillScreen(0x336699);
@@ -193,21 +194,9 @@ TEST_F(Interface, KeypadLostDuringAWaitEndsTheWaitUntilInitKeypadFindsItAgain) {
     ASSERT_EQ(0, InitKeypad());
     Script("150");
     EXPECT_EQ(0, ShowMenu(kEntries, eMenuVertical, eAlignLeft));
-    alarm(0);
-}
-
-TEST_F(Interface, WidgetsUseTheKeypadOfTheLatestInitKeypad) {
-    InitFramebuffer("/dev/fb0");
-    AddKeypad();
-    InitKeypad();
-    InitMenu(0, 0);
-    InitDialog(10, 10, 200, 80);
-    ASSERT_EQ(0, InitKeypad());  // destroys the keypad that existed when the widgets were made
-    Script("7, 149");
-    EXPECT_EQ(2, ShowMenu(kEntries, eMenuVertical, eAlignLeft));
-    const char* lines[] = {"Sure?", nullptr};
     Script("6, 50");
     EXPECT_EQ(1, ShowDialog(lines, eDialogYesNo, eAlignLeft));
+    alarm(0);
 }
 
 TEST_F(Interface, DialogButtonsAndHide) {

@@ -67,9 +67,8 @@ TEST(NoKeypad, MenusAndKeyedDialogsRefuseAtOnce) {
 
 // Its event number is not its input number (devices came and went before it).
 // A keypad whose controller is reset or whose driver is unbound while a menu waits ends
-// the menu; the next InitKeypad finds it again. Alone in its process, so that it is the
-// only tca8418 device.
-TEST(RemovedKeypad, MenuAnswersMinusTwoAndInitKeypadFindsItAgain) {
+// the menu. Alone in its process, so that it is the only tca8418 device.
+TEST(RemovedKeypad, MenuAnswersMinusTwo) {
     alarm(60);  // the fault looked for is a menu that never returns: fail, don't hang
     ASSERT_NE(nullptr, InitFramebuffer("/dev/fb0"));
     auto keypad = std::make_unique<UinputDevice>("tca8418-keypad");
@@ -83,13 +82,6 @@ TEST(RemovedKeypad, MenuAnswersMinusTwoAndInitKeypadFindsItAgain) {
     EXPECT_EQ(-2, ShowMenu(kEntries, eMenuVertical, eAlignLeft));
     unplug.join();
     EXPECT_EQ(-1, WaitKey(0.0f));
-
-    keypad = std::make_unique<UinputDevice>("tca8418-keypad");
-    ASSERT_EQ(0, InitKeypad());
-    EXPECT_EQ(keypad->EventNode(), pContext->pKeypad->pDevicePath);
-    keypad->Press(149);
-    EXPECT_EQ(-1, WaitKey(1.0f));
-    EXPECT_EQ(10, WaitKey(1.0f));
     alarm(0);
 }
 
