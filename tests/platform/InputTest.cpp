@@ -1,6 +1,6 @@
 // Input devices, key waits and key scripts, through the calls the library's keypad
-// makes: a stream read of the name files, a listing of the device's directory, then
-// poll (or select, for other programs) and read on the event node.
+// makes: a stream read of the name files, then poll (or select, for other programs)
+// and read on the event node.
 #include <fcntl.h>
 #include <linux/input.h>
 #include <poll.h>
@@ -51,15 +51,13 @@ std::vector<input_event> Poll(int fd, double timeout, size_t records,
 // "s50" a scan code, "50+" / "50-" a key press / release, "|" a sync.
 std::string Describe(const std::vector<input_event>& events) {
     std::string text;
-    for (const input_event& event : events) {
-        if (event.type == EV_MSC && event.code == MSC_SCAN) {
-            text += "s" + std::to_string(event.value) + " ";
-        } else if (event.type == EV_KEY) {
-            text += std::to_string(event.code) + (event.value ? "+ " : "- ");
-        } else if (event.type == EV_SYN && event.code == SYN_REPORT) {
-            text += "| ";
+    for (const input_event& e : events) {
+        if (e.type == EV_MSC) {
+            text += "s" + std::to_string(e.value) + " ";
+        } else if (e.type == EV_KEY) {
+            text += std::to_string(e.code) + (e.value ? "+ " : "- ");
         } else {
-            text += "? ";
+            text += e.type == EV_SYN ? "| " : "? ";
         }
     }
     return text;
