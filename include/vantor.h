@@ -92,11 +92,14 @@ VANTOR_C_API int RGB_to_RGBA(const unsigned char* src, unsigned char* dst, int s
 
 /* --- Keys --------------------------------------------------------------------- */
 
-/* Finds the input device named "tca8418..." among input0..input8 and opens it.
+/* Finds the input device named "tca8418..." among input0..input8 and opens it
+ * (close-on-exec). Call it again to find a device that went away and came back.
  *  0 ok;  -19 not found or not openable. */
 VANTOR_C_API int InitKeypad(void);
-/* Waits at most timeout seconds (0 looks once) for a key press.
- * Returns a VANTOR_KEY_* code, or -1: no key pressed, no keypad, or an unknown key. */
+/* Waits at most timeout seconds (0 looks once; negative or NaN fails at once; huge
+ * values wait about 68 years) for a key press. Returns a VANTOR_KEY_* code, or -1: no
+ * key pressed, no keypad, an unknown key, or the device went away (it is then closed;
+ * later calls wait out their time-out until InitKeypad finds it again). */
 VANTOR_C_API int WaitKey(float timeout);
 
 /* --- Dialog ------------------------------------------------------------------- */
@@ -107,7 +110,8 @@ VANTOR_C_API int InitDialog(int x, int y, int w, int h);
  * eDialogOkCancel, eDialogYesNo) and waits for the user's choice.
  * Returns 0 for type 0 at once; else the button id (1 Ok/Yes, 2 Cancel/No), 0 back,
  * -3 cancel, -4 home, -1 unknown type;  -2 no framebuffer, no dialog, lines NULL, or
- * (types 1 to 3) no usable keypad. */
+ * (types 1 to 3) no usable keypad, also when the key device goes away during the wait.
+ * The wait sleeps between keys; it does not keep the processor busy. */
 VANTOR_C_API int ShowDialog(const char** lines, int type, int align);
 /* Blanks the dialog's box.  0 ok;  -2 no framebuffer or no dialog. */
 VANTOR_C_API int HideDialog(void);
@@ -118,7 +122,8 @@ VANTOR_C_API int HideDialog(void);
 VANTOR_C_API int InitMenu(int x, int y);
 /* Appends the NULL-terminated entries (numbered from 1) and lets the user choose.
  * Returns the chosen number, 0 back, -3 cancel, -4 home, -1 no entries;
- *  -2 no framebuffer, no menu, entries NULL or no usable keypad. */
+ *  -2 no framebuffer, no menu, entries NULL or no usable keypad, also when the key
+ *  device goes away during the wait (the menu is taken off the screen first). */
 VANTOR_C_API int ShowMenu(const char** entries, int orientation, int align);
 
 /* --- Progress window ---------------------------------------------------------- */

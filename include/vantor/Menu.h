@@ -22,6 +22,7 @@ class VANTOR_API CMenu : public CCanvas {
     int AddItem(int id, const char* text, bool selected);
     int Draw();
     int AdjustColors();
+    // The chosen entry's id, 0, -1, -3 or -4; -2 when the keypad lost its device.
     int QueryMenu(unsigned int* screen, int screenWidth, int screenHeight, float timeout);
     // Deletes the entries like the canvas does, and forgets the selection with them.
     void Clear();

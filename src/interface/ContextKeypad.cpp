@@ -9,6 +9,10 @@ int CContextKeypad::WaitKeyEvent(float timeout) {
     return pContext->pKeypad->WaitKeyEvent(timeout);
 }
 
+bool CContextKeypad::IsDeviceLost() const {
+    return pContext != nullptr && pContext->pKeypad != nullptr && pContext->pKeypad->IsDeviceLost();
+}
+
 bool CContextKeypad::IsUsable() {
     return pContext != nullptr && pContext->pKeypad != nullptr && pContext->pKeypad->fd > 0;
 }

@@ -11,6 +11,7 @@ namespace Vantor {
 class CContextKeypad : public CKeypad {
   public:
     int WaitKeyEvent(float timeout) override;
+    bool IsDeviceLost() const override;
 
     // A usable keypad is one whose device is open; without it a query would wait forever.
     static bool IsUsable();

@@ -347,7 +347,9 @@ int ShowDialog(const char** lines, int type, int align) {
         }
         dialog.dialogType = static_cast<eDialogType>(type);
         CFramebuffer& fb = Screen();
-        return dialog.QueryDialog(fb.pScreen, fb.getScreenWidth(), fb.getScreenHeight(), 0.0f);
+        // Each key wait sleeps up to 0.2 s like the menu's: a dialog that waits for an
+        // answer must not keep a core busy. The keys and results are the same.
+        return dialog.QueryDialog(fb.pScreen, fb.getScreenWidth(), fb.getScreenHeight(), 0.2f);
     });
 }
 

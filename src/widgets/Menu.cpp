@@ -17,6 +17,8 @@ const int kKeyBack = 26;
 const int kKeyCancel = 3;
 const int kKeyHome = 9;
 
+const int kResultKeypadLost = -2;  // what a query answers when its keypad lost its device
+
 const uint32_t kWhite = 0xFFFFFF;
 const uint32_t kBlack = 0x000000;
 
@@ -98,7 +100,8 @@ void CMenu::PaintMenu(unsigned int* screen, int screenWidth, int screenHeight) {
 }
 
 // The time-out bounds each single wait only: a wait without a key, and any key the
-// menu does not know, just lead to the next wait.
+// menu does not know, just lead to the next wait. A keypad whose device went away will
+// never deliver the leaving key, so that ends the wait with -2 instead.
 int CMenu::WaitForChoice(unsigned int* screen, int screenWidth, int screenHeight, float timeout) {
     for (;;) {
         switch (keypad.WaitKeyEvent(timeout)) {
@@ -120,6 +123,7 @@ int CMenu::WaitForChoice(unsigned int* screen, int screenWidth, int screenHeight
             case kKeyHome:
                 return -4;
             default:
+                if (keypad.IsDeviceLost()) return kResultKeypadLost;
                 break;
         }
     }

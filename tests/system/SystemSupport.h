@@ -1,9 +1,10 @@
 #ifndef VANTOR_TESTS_SYSTEMSUPPORT_H
 #define VANTOR_TESTS_SYSTEMSUPPORT_H
 
-// What the scenarios inside the test machine share. The guest runs the program three
-// times: before any framebuffer exists (tests named Without*Framebuffer*), with the
-// framebuffer but before any key device (WithoutKeypad.*), and then everything else.
+// What the scenarios inside the test machine share. The guest runs the program in
+// several states: before any framebuffer exists (NoFramebuffer.*), with the framebuffer
+// but before any key device (NoKeypad.*), with a keypad that goes away
+// (RemovedKeypad.*), then everything else, and last on a 16-bit framebuffer.
 
 #include <sys/types.h>
 
@@ -21,7 +22,8 @@ const char* TheFramebuffer();
 // Wall time a call takes, in seconds.
 double SecondsOf(const std::function<void()>& call);
 
-// The keypad, made on first use after two devices it must not be mistaken for. The
+// The keypad, made on first use after two devices it must not be mistaken for, and after
+// two that came and went, so that its event number differs from its input number. The
 // devices live as long as the process: input numbers are never reused within a boot,
 // and the library only looks at input0 to input8.
 UinputDevice& TheKeypad();

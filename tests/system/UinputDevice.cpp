@@ -6,8 +6,10 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstring>
 #include <fstream>
+#include <iterator>
 
 namespace {
 
@@ -21,6 +23,8 @@ UinputDevice::UinputDevice(const std::string& deviceName) : name(deviceName) {
     if (fd < 0) return;
     ioctl(fd, UI_SET_EVBIT, EV_KEY);
     ioctl(fd, UI_SET_EVBIT, EV_SYN);
+    ioctl(fd, UI_SET_EVBIT, EV_MSC);
+    ioctl(fd, UI_SET_MSCBIT, MSC_SCAN);
     for (int key : kKeys) ioctl(fd, UI_SET_KEYBIT, key);
     uinput_setup setup;
     std::memset(&setup, 0, sizeof(setup));
@@ -51,15 +55,21 @@ void UinputDevice::Emit(int type, int code, int value) {
     (void)!write(fd, &event, sizeof(event));
 }
 
-void UinputDevice::Press(int code) {
-    Emit(EV_KEY, code, 1);
+// The driver's scan code is the key's place in the matrix; here, its place in kKeys.
+void UinputDevice::Key(int code, int value) {
+    const int* place = std::find(std::begin(kKeys), std::end(kKeys), code);
+    Emit(EV_MSC, MSC_SCAN, int(place - std::begin(kKeys)));
+    Emit(EV_KEY, code, value);
     Emit(EV_SYN, SYN_REPORT, 0);
+}
+
+void UinputDevice::Press(int code) {
+    Key(code, 1);
     Release(code);
 }
 
 void UinputDevice::Release(int code) {
-    Emit(EV_KEY, code, 0);
-    Emit(EV_SYN, SYN_REPORT, 0);
+    Key(code, 0);
 }
 
 void UinputDevice::Repeat(int code) {

@@ -13,7 +13,8 @@ class UinputDevice {
     UinputDevice& operator=(const UinputDevice&) = delete;
 
     bool Ready() const { return fd >= 0; }
-    // A press, a report, the release and a report: what a keypad driver sends per key.
+    // What the TCA8418 driver sends for a key: for the press and for the release, the
+    // scan code, the key record and a report.
     void Press(int code);
     void Release(int code);
     // An auto-repeat record (value 2) and its report, as the input core sends while a
@@ -24,6 +25,7 @@ class UinputDevice {
 
   private:
     void Emit(int type, int code, int value);
+    void Key(int code, int value);
     int fd = -1;
     std::string name;
 };

@@ -99,11 +99,13 @@ started=$(cut -d' ' -f1 /proc/uptime)
 . /results/config
 link_host
 # Each run of the program sees the machine in one state: no framebuffer yet; the
-# framebuffers but no input device yet; everything; a 16-bit framebuffer.
+# framebuffers but no input device yet; a keypad that goes away; everything; a 16-bit
+# framebuffer.
 step without-framebuffer "$PROGRAM" --gtest_filter='NoFramebuffer.*'
 start_framebuffers
 step without-keypad "$PROGRAM" --gtest_filter='NoKeypad.*'
-step scenarios "$PROGRAM" --gtest_filter='-NoFramebuffer.*:NoKeypad.*:ShallowFramebuffer.*'
+step removed-keypad "$PROGRAM" --gtest_filter='RemovedKeypad.*'
+step scenarios "$PROGRAM" --gtest_filter='-NoFramebuffer.*:NoKeypad.*:RemovedKeypad.*:ShallowFramebuffer.*'
 if [ -n "$SCREEN" ]; then
     read_screen /dev/fb0 vfb
     [ "$BOCHS" = 1 ] && read_bochs

@@ -100,7 +100,7 @@ make_initramfs "$work/initramfs.gz"
 boot 64 "$build/tests/system/vantor_system_scenarios" "$build/tests/system/vantor_system_screen"
 boot 32 "$build/i686/tests/system/vantor_system_scenarios" ""
 for width in 64 32; do
-  for name in without-framebuffer without-keypad scenarios shallow-framebuffer; do
+  for name in without-framebuffer without-keypad removed-keypad scenarios shallow-framebuffer; do
     check_step "$work/results-$width" "$name"
   done
 done

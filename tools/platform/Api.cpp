@@ -64,11 +64,15 @@ VP_API int vp_dir_map(const char* virtual_dir, const char* host_dir) {
 }
 
 VP_API int vp_input_add(int index, const char* name) {
-    return System().AddInput(index, name, true);
+    return System().AddInput(index, index, name);
+}
+
+VP_API int vp_input_add_numbered(int index, int event, const char* name) {
+    return event >= 0 ? System().AddInput(index, event, name) : -1;
 }
 
 VP_API int vp_input_add_name(int index, const char* name) {
-    return name ? System().AddInput(index, name, false) : -1;
+    return name ? System().AddInput(index, -1, name) : -1;
 }
 
 VP_API int vp_input_remove(int index) {
@@ -77,6 +81,10 @@ VP_API int vp_input_remove(int index) {
 
 VP_API int vp_input_event(int index, int type, int code, int value) {
     return System().QueueEvent(index, type, code, value);
+}
+
+VP_API int vp_input_key(int index, int code, int value) {
+    return System().QueueKey(index, code, value);
 }
 
 VP_API int vp_input_press(int index, int code) {

@@ -65,11 +65,12 @@ void DescriptorTable::ForgetFramebuffer(const std::string& framebuffer) {
     Counted();
 }
 
-void DescriptorTable::ForgetInput(int index) {
-    for (auto it = descriptors.begin(); it != descriptors.end();) {
-        it = it->second.input == index ? descriptors.erase(it) : std::next(it);
+void DescriptorTable::UnplugInput(int index) {
+    for (auto& [fd, entry] : descriptors) {
+        if (entry.input != index) continue;
+        entry.input = -1;
+        entry.unplugged = true;
     }
-    Counted();
 }
 
 void DescriptorTable::Clear() {

@@ -21,6 +21,7 @@ class DescriptorTable {
         int input = -1;           // the input index, or -1 for a framebuffer
         dev_t device = 0;
         ino_t inode = 0;
+        bool unplugged = false;  // an input node whose device has been removed
     };
 
     // Lock-free, for the interposed calls: false means none of ours exist.
@@ -39,7 +40,9 @@ class DescriptorTable {
 
     // Stops tracking everything of one device, as when it is replaced or removed.
     void ForgetFramebuffer(const std::string& framebuffer);
-    void ForgetInput(int index);
+    // The node's descriptors stay known, as unplugged and no longer of that index (a new
+    // device may take it), so that they can answer like an unplugged evdev node.
+    void UnplugInput(int index);
     void Clear();
 
   private:

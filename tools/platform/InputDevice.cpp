@@ -63,9 +63,16 @@ int InputDevice::Queue(int type, int code, int value) {
     return write(writer, &event, sizeof(event)) == ssize_t(sizeof(event)) ? 0 : -1;
 }
 
+// The driver reports the matrix position as the scan code; a virtual keypad has no
+// matrix, so it sends the key code there. Readers of key codes pass over it either way.
+int InputDevice::QueueKey(int code, int value) {
+    if (Queue(EV_MSC, MSC_SCAN, code) != 0 || Queue(EV_KEY, code, value) != 0) return -1;
+    return Queue(EV_SYN, SYN_REPORT, 0);
+}
+
 int InputDevice::QueuePress(int code) {
-    if (Queue(EV_KEY, code, 1) != 0) return -1;
-    return Queue(EV_KEY, code, 0);
+    if (QueueKey(code, 1) != 0) return -1;
+    return QueueKey(code, 0);
 }
 
 bool InputDevice::IsEmpty() const {

@@ -20,6 +20,8 @@ class InputDevice {
     bool MakeNode(const std::string& realPath);
     bool HasNode() const { return writer >= 0; }
     int Queue(int type, int code, int value);
+    // One key change as the TCA8418 driver reports it: scan code, key, sync.
+    int QueueKey(int code, int value);
     int QueuePress(int code);
     bool IsEmpty() const;
 
@@ -32,6 +34,7 @@ class InputDevice {
     int ScriptLeft() const { return int(script.size()); }
 
     int openCount = 0;
+    int eventNumber = -1;  // M of its node /dev/input/eventM
 
   private:
     int writer = -1;

@@ -250,3 +250,61 @@ VP_EXPORT int select(int nfds, fd_set* readSet, fd_set* writeSet, fd_set* except
     }
     return RealCalls::Select(nfds, readSet, writeSet, exceptSet, timeout);
 }
+
+namespace {
+
+// A wait on a key node that could block: an infinite or positive time-out. A negative
+// timespec is refused by the call itself, so it is not a wait at all.
+bool PollCouldWait(const struct timespec* timeout) {
+    return timeout == nullptr || timeout->tv_sec > 0 ||
+           (timeout->tv_sec == 0 && timeout->tv_nsec > 0);
+}
+
+bool PollIsInvalid(const struct timespec* timeout) {
+    return timeout != nullptr && (timeout->tv_sec < 0 || timeout->tv_nsec < 0);
+}
+
+}  // namespace
+
+VP_EXPORT int poll(struct pollfd* fds, nfds_t count, int timeout) {
+    if (!DescriptorTable::HasDescriptors()) return RealCalls::Poll(fds, count, timeout);
+    {
+        KeptErrno kept;
+        System().BeforePoll(fds, count, timeout != 0);
+    }
+    const int ready = RealCalls::Poll(fds, count, timeout);
+    KeptErrno kept;
+    return System().AfterPoll(fds, count, ready);
+}
+
+VP_EXPORT int ppoll(struct pollfd* fds, nfds_t count, const struct timespec* timeout,
+                    const sigset_t* mask) {
+    if (!DescriptorTable::HasDescriptors() || PollIsInvalid(timeout))
+        return RealCalls::Ppoll(fds, count, timeout, mask);
+    {
+        KeptErrno kept;
+        System().BeforePoll(fds, count, PollCouldWait(timeout));
+    }
+    const int ready = RealCalls::Ppoll(fds, count, timeout, mask);
+    KeptErrno kept;
+    return System().AfterPoll(fds, count, ready);
+}
+
+// Only an unplugged key node answers differently: evdev fails every read on it.
+VP_EXPORT ssize_t read(int fd, void* buffer, size_t size) {
+    if (DescriptorTable::HasDescriptors()) {
+        bool unplugged;
+        {
+            KeptErrno kept;
+            unplugged = System().IsUnplugged(fd);
+        }
+        if (unplugged) return Failed(ENODEV);
+    }
+    return RealCalls::Read(fd, buffer, size);
+}
+
+// The library lists an input device's directory to learn its event node's number.
+VP_EXPORT DIR* opendir(const char* path) {
+    std::string real;
+    return RealCalls::Opendir(Redirected(path, real));
+}

@@ -69,6 +69,7 @@ std::atomic<void*> openSlot{nullptr}, openAtSlot{nullptr}, fopenSlot{nullptr}, f
     statSlot{nullptr}, stat64Slot{nullptr}, lstatSlot{nullptr}, lstat64Slot{nullptr},
     accessSlot{nullptr}, ioctlSlot{nullptr}, mmapSlot{nullptr}, mmap64Slot{nullptr},
     munmapSlot{nullptr}, closeSlot{nullptr}, selectSlot{nullptr};
+std::atomic<void*> pollSlot{nullptr}, ppollSlot{nullptr}, readSlot{nullptr}, opendirSlot{nullptr};
 
 }  // namespace
 
@@ -151,6 +152,32 @@ int RealCalls::Select(int nfds, fd_set* readSet, fd_set* writeSet, fd_set* excep
     if (resolving) return Unavailable();
     using Call = int (*)(int, fd_set*, fd_set*, fd_set*, struct timeval*);
     return Next<Call>(selectSlot, "select")(nfds, readSet, writeSet, exceptSet, timeout);
+}
+
+int RealCalls::Poll(struct pollfd* fds, nfds_t count, int timeout) {
+    if (resolving) return Unavailable();
+    return Next<int (*)(struct pollfd*, nfds_t, int)>(pollSlot, "poll")(fds, count, timeout);
+}
+
+int RealCalls::Ppoll(struct pollfd* fds, nfds_t count, const struct timespec* timeout,
+                     const sigset_t* mask) {
+    if (resolving) return Unavailable();
+    using Call = int (*)(struct pollfd*, nfds_t, const struct timespec*, const sigset_t*);
+    return Next<Call>(ppollSlot, "ppoll")(fds, count, timeout, mask);
+}
+
+// An allocator may read (a /proc file, say) while dlsym runs.
+ssize_t RealCalls::Read(int fd, void* buffer, size_t size) {
+    if (resolving) return syscall(SYS_read, fd, buffer, size);
+    return Next<ssize_t (*)(int, void*, size_t)>(readSlot, "read")(fd, buffer, size);
+}
+
+DIR* RealCalls::Opendir(const char* path) {
+    if (resolving) {
+        errno = ENOSYS;
+        return nullptr;
+    }
+    return Next<DIR* (*)(const char*)>(opendirSlot, "opendir")(path);
 }
 
 }  // namespace VantorPlatform

@@ -1,6 +1,8 @@
 #ifndef VANTOR_PLATFORM_REALCALLS_H
 #define VANTOR_PLATFORM_REALCALLS_H
 
+#include <dirent.h>
+#include <poll.h>
 #include <stdio.h>
 #include <sys/select.h>
 #include <sys/stat.h>
@@ -33,6 +35,11 @@ class RealCalls {
     static int Close(int fd);
     static int Select(int nfds, fd_set* readSet, fd_set* writeSet, fd_set* exceptSet,
                       struct timeval* timeout);
+    static int Poll(struct pollfd* fds, nfds_t count, int timeout);
+    static int Ppoll(struct pollfd* fds, nfds_t count, const struct timespec* timeout,
+                     const sigset_t* mask);
+    static ssize_t Read(int fd, void* buffer, size_t size);
+    static DIR* Opendir(const char* path);
 };
 
 }  // namespace VantorPlatform

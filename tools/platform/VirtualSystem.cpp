@@ -22,16 +22,21 @@ std::string NamePath(int index) {
     return "/sys/class/input/input" + std::to_string(index) + "/name";
 }
 
-std::string NodePath(int index) {
-    return "/dev/input/event" + std::to_string(index);
+std::string NodePath(int event) {
+    return "/dev/input/event" + std::to_string(event);
 }
 
-// The index of an event node path, or -1.
-int NodeIndex(const char* path) {
-    int index = -1, end = 0;
-    if (std::sscanf(path, "/dev/input/event%d%n", &index, &end) != 1 || path[end] != '\0')
+// The kernel's entry for an input device's evdev node, which tells its number.
+std::string EventEntryPath(int index, int event) {
+    return "/sys/class/input/input" + std::to_string(index) + "/event" + std::to_string(event);
+}
+
+// The event number of an event node path, or -1.
+int NodeNumber(const char* path) {
+    int event = -1, end = 0;
+    if (std::sscanf(path, "/dev/input/event%d%n", &event, &end) != 1 || path[end] != '\0')
         return -1;
-    return index;
+    return event;
 }
 
 // A select that may wait: no time-out, or a valid one above zero. A negative one fails
@@ -136,29 +141,53 @@ int VirtualSystem::MapDirectory(const char* virtualDir, const char* hostDir) {
     return 0;
 }
 
-int VirtualSystem::AddInput(int index, const char* name, bool withNode) {
+int VirtualSystem::AddInput(int index, int event, const char* name) {
     Lock lock(mutex);
     if (index < 0) return -1;
-    if (withNode) RemoveInput(index);
+    const bool withNode = event >= 0;
+    if (withNode) {
+        RemoveInput(index);
+        const int holder = InputOfNode(NodePath(event).c_str());
+        if (holder >= 0 && holder != index) return -1;  // another device's node
+    }
     if (name != nullptr) {
         const std::string text = std::string(name) + "\n";
         if (AddFile(NamePath(index).c_str(), text.data(), text.size()) != 0) return -1;
     }
     if (!withNode) return 0;
     std::string real;
-    Redirect(NodePath(index).c_str(), real);
+    Redirect(NodePath(event).c_str(), real);
     root.MakeParents(real);
     auto device = std::make_unique<InputDevice>();
-    if (!device->MakeNode(real)) return -1;
+    if (!device->MakeNode(real) || AddEventEntry(index, event) != 0) return -1;
+    device->eventNumber = event;
     inputs[index] = std::move(device);
     return 0;
 }
 
+// A directory like the kernel's, with the uevent file that names the node.
+int VirtualSystem::AddEventEntry(int index, int event) {
+    const std::string uevent = "MAJOR=13\nMINOR=" + std::to_string(64 + event) +
+                               "\nDEVNAME=input/event" + std::to_string(event) + "\n";
+    return AddFile((EventEntryPath(index, event) + "/uevent").c_str(), uevent.data(),
+                   uevent.size());
+}
+
+void VirtualSystem::RemoveEventEntry(int index, int event) {
+    const std::string entry = EventEntryPath(index, event);
+    RemoveFile((entry + "/uevent").c_str());
+    std::string real;
+    if (Redirect(entry.c_str(), real)) rmdir(real.c_str());
+}
+
+// Readers of the node stay known as unplugged: they see what evdev shows them then.
 int VirtualSystem::RemoveInput(int index) {
     Lock lock(mutex);
     const bool hadName = RemoveFile(NamePath(index).c_str()) == 0;
+    InputDevice* device = Input(index);
+    if (device != nullptr) RemoveEventEntry(index, device->eventNumber);
     const bool hadNode = inputs.erase(index) > 0;
-    table.ForgetInput(index);
+    table.UnplugInput(index);
     return hadName || hadNode ? 0 : -1;
 }
 
@@ -166,6 +195,12 @@ int VirtualSystem::QueueEvent(int index, int type, int code, int value) {
     Lock lock(mutex);
     InputDevice* device = Input(index);
     return device ? device->Queue(type, code, value) : -1;
+}
+
+int VirtualSystem::QueueKey(int index, int code, int value) {
+    Lock lock(mutex);
+    InputDevice* device = Input(index);
+    return device ? device->QueueKey(code, value) : -1;
 }
 
 int VirtualSystem::QueuePress(int index, int code) {
@@ -222,8 +257,8 @@ void VirtualSystem::Opened(const char* path, int fd) {
     table.Remove(fd);  // whatever that number was before, it is this file now
     if (FramebufferDevice* device = Framebuffer(path)) {
         if (table.Add(fd, path, -1)) ++device->openCount;
-    } else if (InputDevice* device = Input(NodeIndex(path))) {
-        if (table.Add(fd, "", NodeIndex(path))) ++device->openCount;
+    } else if (InputDevice* device = Input(InputOfNode(path))) {
+        if (table.Add(fd, "", InputOfNode(path))) ++device->openCount;
     }
 }
 
@@ -273,9 +308,19 @@ void VirtualSystem::Unmapping(void* address) {
 // lock, so it may use any of the vp_ interface or start threads that do.
 void VirtualSystem::BeforeSelect(int nfds, fd_set* readSet, const struct timeval* timeout) {
     if (readSet == nullptr || inWaitHook || IsInvalid(timeout)) return;
-    for (int index : EmptyNodesIn(nfds, readSet)) {
+    WaitForKeys(EmptyNodesIn(nfds, readSet), CouldWait(timeout));
+}
+
+// The same for poll and ppoll; the caller has left out a time-out the call refuses.
+void VirtualSystem::BeforePoll(const struct pollfd* fds, nfds_t count, bool couldWait) {
+    if (fds == nullptr || inWaitHook) return;
+    WaitForKeys(EmptyNodesIn(fds, count), couldWait);
+}
+
+void VirtualSystem::WaitForKeys(const std::vector<int>& emptyNodes, bool couldWait) {
+    for (int index : emptyNodes) {
         CallWaitHook(index);
-        FeedScript(index, CouldWait(timeout));
+        FeedScript(index, couldWait);
     }
 }
 
@@ -283,13 +328,46 @@ std::vector<int> VirtualSystem::EmptyNodesIn(int nfds, fd_set* readSet) {
     Lock lock(mutex);
     std::vector<int> empty;
     for (const auto& [fd, index] : table.InputDescriptors()) {
-        if (fd >= nfds || fd >= FD_SETSIZE || !FD_ISSET(fd, readSet)) continue;
-        if (table.Find(fd) == nullptr) continue;
-        InputDevice* device = Input(index);
-        if (device == nullptr || !device->IsEmpty()) continue;
-        if (std::find(empty.begin(), empty.end(), index) == empty.end()) empty.push_back(index);
+        if (fd < nfds && fd < FD_SETSIZE && FD_ISSET(fd, readSet)) AddIfEmptyNode(fd, empty);
     }
     return empty;
+}
+
+std::vector<int> VirtualSystem::EmptyNodesIn(const struct pollfd* fds, nfds_t count) {
+    Lock lock(mutex);
+    std::vector<int> empty;
+    for (nfds_t i = 0; i < count; ++i) {
+        if (fds[i].events & POLLIN) AddIfEmptyNode(fds[i].fd, empty);
+    }
+    return empty;
+}
+
+void VirtualSystem::AddIfEmptyNode(int fd, std::vector<int>& empty) {
+    const DescriptorTable::Entry* entry = table.Find(fd);
+    if (entry == nullptr || entry->input < 0) return;
+    InputDevice* device = Input(entry->input);
+    if (device == nullptr || !device->IsEmpty()) return;
+    if (std::find(empty.begin(), empty.end(), entry->input) == empty.end())
+        empty.push_back(entry->input);
+}
+
+// An unplugged evdev node polls as hung up and in error, whatever the reader asked for.
+int VirtualSystem::AfterPoll(struct pollfd* fds, nfds_t count, int ready) {
+    if (ready < 0 || fds == nullptr) return ready;
+    Lock lock(mutex);
+    for (nfds_t i = 0; i < count; ++i) {
+        const DescriptorTable::Entry* entry = table.Find(fds[i].fd);
+        if (entry == nullptr || !entry->unplugged) continue;
+        if (fds[i].revents == 0) ++ready;
+        fds[i].revents |= POLLHUP | POLLERR;
+    }
+    return ready;
+}
+
+bool VirtualSystem::IsUnplugged(int fd) {
+    Lock lock(mutex);
+    const DescriptorTable::Entry* entry = table.Find(fd);
+    return entry != nullptr && entry->unplugged;
 }
 
 void VirtualSystem::CallWaitHook(int index) {
@@ -340,6 +418,16 @@ FramebufferDevice* VirtualSystem::FramebufferOf(int fd) {
 InputDevice* VirtualSystem::Input(int index) {
     auto found = inputs.find(index);
     return found == inputs.end() ? nullptr : found->second.get();
+}
+
+// The index of the device whose node this path is, or -1.
+int VirtualSystem::InputOfNode(const char* path) {
+    const int event = NodeNumber(path);
+    if (event < 0) return -1;
+    for (const auto& [index, device] : inputs) {
+        if (device->eventNumber == event) return index;
+    }
+    return -1;
 }
 
 }  // namespace VantorPlatform

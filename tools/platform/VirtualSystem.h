@@ -1,6 +1,7 @@
 #ifndef VANTOR_PLATFORM_VIRTUALSYSTEM_H
 #define VANTOR_PLATFORM_VIRTUALSYSTEM_H
 
+#include <poll.h>
 #include <sys/select.h>
 
 #include <map>
@@ -34,9 +35,11 @@ class VirtualSystem {
     int AddFile(const char* path, const void* data, size_t size);
     int RemoveFile(const char* path);
     int MapDirectory(const char* virtualDir, const char* hostDir);
-    int AddInput(int index, const char* name, bool withNode);
+    // A negative event number makes the name file alone, without node or eventM entry.
+    int AddInput(int index, int event, const char* name);
     int RemoveInput(int index);
     int QueueEvent(int index, int type, int code, int value);
+    int QueueKey(int index, int code, int value);
     int QueuePress(int index, int code);
     int InputOpenCount(int index);
     int SetScript(int index, const char* codes);
@@ -54,14 +57,23 @@ class VirtualSystem {
     void Mapped(int fd, void* address);
     void Unmapping(void* address);
     void BeforeSelect(int nfds, fd_set* readSet, const struct timeval* timeout);
+    void BeforePoll(const struct pollfd* fds, nfds_t count, bool couldWait);
+    int AfterPoll(struct pollfd* fds, nfds_t count, int ready);  // the adjusted count
+    bool IsUnplugged(int fd);
 
   private:
     VirtualSystem() : paths(root) {}
     FramebufferDevice* Framebuffer(const std::string& path);
     FramebufferDevice* FramebufferOf(int fd);
     InputDevice* Input(int index);
+    int InputOfNode(const char* path);
+    int AddEventEntry(int index, int event);
+    void RemoveEventEntry(int index, int event);
     int WriteFile(const std::string& real, const void* data, size_t size);
     std::vector<int> EmptyNodesIn(int nfds, fd_set* readSet);
+    std::vector<int> EmptyNodesIn(const struct pollfd* fds, nfds_t count);
+    void AddIfEmptyNode(int fd, std::vector<int>& empty);
+    void WaitForKeys(const std::vector<int>& emptyNodes, bool couldWait);
     void CallWaitHook(int index);
     void FeedScript(int index, bool couldWait);
     [[noreturn]] void StopExhausted();

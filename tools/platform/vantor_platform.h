@@ -2,7 +2,7 @@
  * vantor_platform.h - a stand-in for the kernel interfaces libvantor uses.
  *
  * Linked into a test program (before the C library) or preloaded into any program,
- * libvantor-platform.so interposes open, ioctl, mmap, select and friends so that the
+ * libvantor-platform.so interposes open, ioctl, mmap, select, poll and friends so that the
  * library finds a framebuffer device, its fonts and input devices that exist only in
  * this process: real files in a private directory that is removed at exit. Paths under
  * /dev/fb, /dev/input/, /sys/class/input/ and /usr/share/fonts/vantor/ are virtual (a
@@ -62,31 +62,38 @@ int vp_file_add(const char* path, const void* data, size_t size);
 int vp_file_remove(const char* path);
 int vp_dir_map(const char* virtual_dir, const char* host_dir);
 
-/* Input devices: the name file /sys/class/input/input<N>/name (name plus a newline)
- * and the event node /dev/input/event<N>, which reads like an evdev node: select waits
- * on it and each read of sizeof(struct input_event) takes one record. A NULL name makes
- * the node alone; vp_input_add_name makes the name file alone. Removing a device while a
- * program reads its node leaves that reader at end of file. */
+/* Input devices: the name file /sys/class/input/input<N>/name (name plus a newline),
+ * the event node /dev/input/event<M> and the directory /sys/class/input/input<N>/event<M>
+ * that tells M, as the kernel has them. The node reads like an evdev node: select and
+ * poll wait on it and each read of sizeof(struct input_event) takes one record.
+ * vp_input_add makes M equal to N, vp_input_add_numbered takes M (-1 if another device
+ * has that node). A NULL name makes the node alone; vp_input_add_name makes the name
+ * file alone. Removing a device unplugs it: a program's open node then polls as
+ * POLLHUP | POLLERR (select finds it readable) and every read fails with ENODEV. */
 int vp_input_add(int index, const char* name);
+int vp_input_add_numbered(int index, int event, const char* name);
 int vp_input_add_name(int index, const char* name);
 int vp_input_remove(int index);
 int vp_input_event(int index, int type, int code, int value); /* queues one record */
-int vp_input_press(int index, int code);                      /* a press and its release */
+/* Queues what the TCA8418 driver sends for one key change (value 1 press, 0 release):
+ * EV_MSC/MSC_SCAN (with the key code as scan code), EV_KEY, EV_SYN/SYN_REPORT. */
+int vp_input_key(int index, int code, int value);
+int vp_input_press(int index, int code); /* vp_input_key for a press, then its release */
 int vp_input_open_count(int index);
 
-/* Called when a program selects on an event node with nothing queued, before the wait:
- * the moment it starts to wait for a key. The screen can be looked at from here, and
- * records queued here are what the program reads next. */
+/* Called when a program selects or polls on an event node with nothing queued, before
+ * the wait: the moment it starts to wait for a key. The screen can be looked at from
+ * here, and records queued here are what the program reads next. */
 typedef void (*vp_wait_hook)(int index, void* user);
 void vp_set_wait_hook(vp_wait_hook hook, void* user);
 
 /* Key script: device codes separated by commas or blanks (NULL takes the script away).
- * At each select on the device's empty node, after the hook, the next code is queued
- * as a press and its release, so a program gets a new key only once it has read every
- * record of the last one. When the script is used up, a select that could wait (any
- * time-out but zero) waits as usual or, with vp_set_exit_when_exhausted(1), prints one
- * line on stderr and ends the process with VP_EXIT_SCRIPT_EXHAUSTED, so a test never
- * hangs. */
+ * At each select or poll on the device's empty node, after the hook, the next code is
+ * queued as a press and its release (vp_input_press), so a program gets a new key only
+ * once it has read every record of the last one. When the script is used up, a wait
+ * that could block (any time-out but zero) waits as usual or, with
+ * vp_set_exit_when_exhausted(1), prints one line on stderr and ends the process with
+ * VP_EXIT_SCRIPT_EXHAUSTED, so a test never hangs. */
 int vp_input_script(int index, const char* codes);
 int vp_input_script_left(int index);
 void vp_set_exit_when_exhausted(int enabled);
