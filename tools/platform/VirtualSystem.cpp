@@ -66,6 +66,11 @@ void VirtualSystem::Reset() {
     exitWhenExhausted = false;
 }
 
+int VirtualSystem::Attach(const char* dir) {
+    Lock lock(mutex);
+    return root.Attach(dir) ? 0 : -1;
+}
+
 int VirtualSystem::AddFramebuffer(const char* path, const vp_screen& screen) {
     Lock lock(mutex);
     std::string real;
@@ -74,7 +79,7 @@ int VirtualSystem::AddFramebuffer(const char* path, const vp_screen& screen) {
     table.ForgetFramebuffer(path);
     root.MakeParents(real);
     auto device = std::make_unique<FramebufferDevice>();
-    if (!device->Create(real, screen)) return -1;
+    if (!device->Create(real, screen, root.IsShared())) return -1;
     framebuffers[path] = std::move(device);
     return 0;
 }
@@ -139,7 +144,9 @@ int VirtualSystem::MapDirectory(const char* virtualDir, const char* hostDir) {
 int VirtualSystem::AddInput(int index, const char* name, bool withNode) {
     Lock lock(mutex);
     if (index < 0) return -1;
-    if (withNode) RemoveInput(index);
+    // A session's name file belongs to the session: only a new name replaces it.
+    if (withNode && root.IsShared()) ForgetInput(index);
+    if (withNode && !root.IsShared()) RemoveInput(index);
     if (name != nullptr) {
         const std::string text = std::string(name) + "\n";
         if (AddFile(NamePath(index).c_str(), text.data(), text.size()) != 0) return -1;
@@ -149,7 +156,7 @@ int VirtualSystem::AddInput(int index, const char* name, bool withNode) {
     Redirect(NodePath(index).c_str(), real);
     root.MakeParents(real);
     auto device = std::make_unique<InputDevice>();
-    if (!device->MakeNode(real)) return -1;
+    if (!device->MakeNode(real, root.IsShared())) return -1;
     inputs[index] = std::move(device);
     return 0;
 }
@@ -157,9 +164,14 @@ int VirtualSystem::AddInput(int index, const char* name, bool withNode) {
 int VirtualSystem::RemoveInput(int index) {
     Lock lock(mutex);
     const bool hadName = RemoveFile(NamePath(index).c_str()) == 0;
-    const bool hadNode = inputs.erase(index) > 0;
-    table.ForgetInput(index);
+    const bool hadNode = inputs.count(index) > 0;
+    ForgetInput(index);
     return hadName || hadNode ? 0 : -1;
+}
+
+void VirtualSystem::ForgetInput(int index) {
+    inputs.erase(index);
+    table.ForgetInput(index);
 }
 
 int VirtualSystem::QueueEvent(int index, int type, int code, int value) {
