@@ -1,0 +1,85 @@
+#include "Supervisor.h"
+
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+namespace VantorSim {
+
+namespace {
+
+const int kPassedOn[] = {SIGINT, SIGTERM, SIGHUP};
+volatile sig_atomic_t group = 0;
+volatile sig_atomic_t received = 0;
+
+// The first signal asks the program to end; a second one insists.
+void PassOn(int signal) {
+    const int sent = received != 0 ? SIGKILL : signal;
+    received = signal;
+    if (group > 0) kill(-group, sent);
+}
+
+void SetSignals(void (*handler)(int)) {
+    struct sigaction action;
+    std::memset(&action, 0, sizeof(action));
+    action.sa_handler = handler;
+    sigemptyset(&action.sa_mask);
+    for (int signal : kPassedOn) sigaction(signal, &action, nullptr);
+}
+
+void Block(int how, int signal) {
+    sigset_t set;
+    sigemptyset(&set);
+    sigaddset(&set, signal);
+    sigprocmask(how, &set, nullptr);
+}
+
+// A process outside the terminal's foreground group may only change it with SIGTTOU
+// held back.
+void GiveTerminal(pid_t to) {
+    Block(SIG_BLOCK, SIGTTOU);
+    tcsetpgrp(STDIN_FILENO, to);
+    Block(SIG_UNBLOCK, SIGTTOU);
+}
+
+}  // namespace
+
+pid_t Supervisor::Start(char* const* program, void (*prepare)()) {
+    handedTerminal = isatty(STDIN_FILENO) && tcgetpgrp(STDIN_FILENO) == getpgrp();
+    SetSignals(PassOn);
+    child = fork();
+    if (child < 0) return -1;
+    if (child == 0) {
+        SetSignals(SIG_DFL);
+        setpgid(0, 0);
+        if (handedTerminal) GiveTerminal(getpgrp());
+        prepare();
+        execvp(program[0], program);
+        std::fprintf(stderr, "vantor-sim: cannot run %s: %s\n", program[0], std::strerror(errno));
+        _exit(127);
+    }
+    setpgid(child, child);  // also here, so that no signal finds the group missing
+    group = child;
+    return child;
+}
+
+int Supervisor::Wait() {
+    int status = 0;
+    while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
+    }
+    // What the program left running has lost its screen and keypad with the session.
+    kill(-child, SIGTERM);
+    group = 0;
+    if (handedTerminal) GiveTerminal(getpgrp());
+    return status;
+}
+
+int Supervisor::Received() {
+    return received;
+}
+
+}  // namespace VantorSim
