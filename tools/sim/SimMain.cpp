@@ -154,6 +154,12 @@ std::string ExecutableDirectory() {
     return std::string(path).substr(0, std::string(path).rfind('/'));
 }
 
+// The path without "..", for messages and the environment a person may look at.
+std::string Canonical(const std::string& path) {
+    char resolved[PATH_MAX];
+    return realpath(path.c_str(), resolved) ? resolved : path;
+}
+
 // Where the simulator's parts are, relative to this program: first as installed, then
 // as a build tree lays them out. Nothing absolute is built in, so an installed tree may
 // be moved anywhere and a build tree may be deleted.
@@ -161,7 +167,7 @@ std::string FindLibrary(const char* name) {
     const std::string here = ExecutableDirectory();
     for (const std::string& dir :
          {here + "/" VANTOR_SIM_INSTALLED_LIBS, here, here + "/" VANTOR_SIM_BUILT_PLATFORM}) {
-        if (IsFile(dir + "/" + name)) return dir + "/" + name;
+        if (IsFile(dir + "/" + name)) return Canonical(dir + "/" + name);
     }
     Fail(std::string("cannot find ") + name + " near " + here +
          " (is the simulator installed whole?)");
@@ -181,7 +187,7 @@ std::string FindFonts(const std::string& given) {
     for (const std::string& dir :
          {here + "/" VANTOR_SIM_INSTALLED_FONTS, here + "/" VANTOR_SIM_BUILT_FONTS,
           std::string("/usr/share/fonts/vantor")}) {
-        if (HasFonts(dir)) return dir;
+        if (HasFonts(dir)) return Canonical(dir);
     }
     Fail("no fonts installed: give --fonts DIR holding lr.tf and lb.tf");
 }
