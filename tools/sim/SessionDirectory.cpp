@@ -2,11 +2,14 @@
 
 #include <fcntl.h>
 #include <ftw.h>
+#include <linux/input.h>
 #include <sys/stat.h>
+#include <sys/time.h>
 #include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <string>
 
 #include "SessionState.h"
@@ -61,6 +64,19 @@ bool SessionDirectory::MakeKeypad() {
     if (mkfifo(node.c_str(), 0644) != 0) return false;
     keypadNode = open(node.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
     return keypadNode >= 0;
+}
+
+bool SessionDirectory::QueueKey(int code) {
+    input_event event;
+    std::memset(&event, 0, sizeof(event));
+    timeval now;
+    gettimeofday(&now, nullptr);
+    event.input_event_sec = now.tv_sec;
+    event.input_event_usec = now.tv_usec;
+    event.type = EV_KEY;
+    event.code = static_cast<__u16>(code);
+    event.value = 1;
+    return write(keypadNode, &event, sizeof(event)) == ssize_t(sizeof(event));
 }
 
 void SessionDirectory::Remove() {

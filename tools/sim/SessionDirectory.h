@@ -25,6 +25,8 @@ class SessionDirectory {
     bool Create();
     const std::string& Path() const { return path; }
     std::string StatePath() const { return path + "/state"; }
+    // Queues a press of a device key code on the keypad; false if the node is full.
+    bool QueueKey(int code);
     // Removes it and everything in it; safe to call again, and from a signal's aftermath.
     void Remove();
 

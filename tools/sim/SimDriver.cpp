@@ -17,7 +17,6 @@
 #include "PngWriter.h"
 #include "SessionDirectory.h"
 #include "SessionState.h"
-#include "TerminalKeys.h"
 #include "vantor_platform.h"
 
 namespace VantorSim {
@@ -62,7 +61,6 @@ class Session {
     std::string shots;
     std::vector<KeyStep> script;
     bool fromTerminal = false, liveView = false;
-    TerminalKeys terminal;
 };
 
 Session* session = nullptr;
@@ -115,13 +113,7 @@ void Session::Record() {
 void Session::OnWait() {
     Record();
     if (NextStep()) return;
-    if (fromTerminal) {
-        const int code = terminal.Poll(50);
-        if (code == TerminalKeys::kQuit)
-            End(SessionState::QuitFromTerminal, "quit from the terminal", 0);
-        if (code > 0) vp_input_event(SessionDirectory::kKeypad, 1, code, 1);
-        return;
-    }
+    if (fromTerminal) return;  // vantor-sim queues the keys as they are typed
     End(SessionState::ScriptUsedUp,
         "the key script is used up while the program waits for a key; stopping it", 3);
 }

@@ -1,6 +1,7 @@
 // vantor-sim: runs an unmodified host program of libvantor, or a script of several,
 // against one virtual display and keypad, with keys from a script or the terminal,
 // screenshots as PNG files and a view on the terminal.
+#include <signal.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -43,7 +44,8 @@ const char kUsage[] =
     "  --key-file FILE     the same from a file (# starts a comment)\n"
     "                      Without keys, and on a terminal, keys are read as you type:\n"
     "                      arrows move, Enter is ok, Space select, Backspace back,\n"
-    "                      Esc cancel, h home, q quits.\n"
+    "                      Esc cancel, h home, q quits; the program's standard\n"
+    "                      input is then /dev/null.\n"
     "  --shots DIR         a PNG of the screen each time a program waits for a key\n"
     "                      and when a program of the library ends, if the screen\n"
     "                      changed: DIR/0001.png, numbered across the whole run\n"
@@ -244,6 +246,21 @@ void CleanUp() {
     session.Remove();
 }
 
+// Keys typed on the terminal go straight into the session's keypad, so a program gets
+// them whenever it waits, however long its wait.
+void ReadTerminal(pid_t group) {
+    const int code = terminal.Poll(100);
+    if (code == VantorSim::TerminalKeys::kQuit) {
+        VantorSim::SessionState(session.StatePath()).Update([](auto& fields) {
+            fields.ending = VantorSim::SessionState::QuitFromTerminal;
+        });
+        std::fputs("vantor-sim: quit from the terminal\n", stderr);
+        kill(-group, SIGTERM);
+    } else if (code > 0) {
+        session.QueueKey(code);
+    }
+}
+
 int ExitStatus(int status, const char* program) {
     const VantorSim::SessionState::Fields state =
         VantorSim::SessionState(session.StatePath()).Read();
@@ -277,9 +294,10 @@ int main(int argc, char** argv) {
     if (!options.keysGiven) terminal.Start();
 
     VantorSim::Supervisor supervisor;
-    if (supervisor.Start(options.program.data(), ExportEnvironment) < 0)
+    if (supervisor.Start(options.program.data(), options.keysGiven, ExportEnvironment) < 0)
         Fail(std::string("cannot start the program: ") + std::strerror(errno));
-    const int status = ExitStatus(supervisor.Wait(), options.program[0]);
+    const int status =
+        ExitStatus(supervisor.Wait(options.keysGiven ? nullptr : ReadTerminal), options.program[0]);
     ReportShots(options);
     return status;
 }

@@ -1,5 +1,6 @@
 #include "Supervisor.h"
 
+#include <fcntl.h>
 #include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -46,10 +47,19 @@ void GiveTerminal(pid_t to) {
     Block(SIG_UNBLOCK, SIGTTOU);
 }
 
+void KeepOffTerminal() {
+    const int none = open("/dev/null", O_RDONLY);
+    if (none > STDIN_FILENO) {
+        dup2(none, STDIN_FILENO);
+        close(none);
+    }
+}
+
 }  // namespace
 
-pid_t Supervisor::Start(char* const* program, void (*prepare)()) {
-    handedTerminal = isatty(STDIN_FILENO) && tcgetpgrp(STDIN_FILENO) == getpgrp();
+pid_t Supervisor::Start(char* const* program, bool handTerminal, void (*prepare)()) {
+    const bool ownsTerminal = isatty(STDIN_FILENO) && tcgetpgrp(STDIN_FILENO) == getpgrp();
+    handedTerminal = handTerminal && ownsTerminal;
     SetSignals(PassOn);
     child = fork();
     if (child < 0) return -1;
@@ -57,6 +67,7 @@ pid_t Supervisor::Start(char* const* program, void (*prepare)()) {
         SetSignals(SIG_DFL);
         setpgid(0, 0);
         if (handedTerminal) GiveTerminal(getpgrp());
+        if (!handTerminal && isatty(STDIN_FILENO)) KeepOffTerminal();
         prepare();
         execvp(program[0], program);
         std::fprintf(stderr, "vantor-sim: cannot run %s: %s\n", program[0], std::strerror(errno));
@@ -67,9 +78,12 @@ pid_t Supervisor::Start(char* const* program, void (*prepare)()) {
     return child;
 }
 
-int Supervisor::Wait() {
+int Supervisor::Wait(void (*idle)(pid_t group)) {
     int status = 0;
-    while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
+    for (;;) {
+        const pid_t ended = waitpid(child, &status, idle ? WNOHANG : 0);
+        if (ended == child || (ended < 0 && errno != EINTR)) break;
+        if (idle && ended == 0) idle(child);
     }
     // What the program left running has lost its screen and keypad with the session.
     kill(-child, SIGTERM);

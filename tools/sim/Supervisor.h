@@ -6,18 +6,21 @@
 namespace VantorSim {
 
 // Runs the program in a process group of its own, which holds every process of the
-// session, so the session can be ended as a whole. A terminal is handed to that group
-// while it runs (Ctrl-C reaches the program, and its processes may read keys), and
-// SIGINT, SIGTERM and SIGHUP sent to vantor-sim are passed on to it; either way the
-// program ends first and vantor-sim cleans up after it.
+// session, so the session can be ended as a whole. SIGINT, SIGTERM and SIGHUP sent to
+// vantor-sim are passed on to that group, so the program ends first and vantor-sim
+// cleans up after it. The terminal either goes to the program's group while it runs
+// (Ctrl-C then reaches the program directly, and it may read the terminal), or stays
+// with vantor-sim, which reads the keys typed there; the program's standard input is
+// then /dev/null, since a read of the terminal would stop it.
 class Supervisor {
   public:
     // Starts program (a null-terminated argument list); prepare runs in the child
     // before the exec. -1 (errno set) if no process could be made.
-    pid_t Start(char* const* program, void (*prepare)());
-    // Waits for the program and returns its wait status; the rest of its group is then
-    // told to end, and the terminal taken back.
-    int Wait();
+    pid_t Start(char* const* program, bool handTerminal, void (*prepare)());
+    // Waits for the program and returns its wait status, calling idle (if any) again
+    // and again meanwhile; the rest of its group is then told to end, and the terminal
+    // taken back.
+    int Wait(void (*idle)(pid_t group) = nullptr);
     // The signal that vantor-sim itself received, or 0.
     static int Received();
 
