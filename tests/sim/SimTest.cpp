@@ -167,6 +167,29 @@ TEST(Simulator, RunsAHostThatLoadsTheLibraryAtRunTime) {
     EXPECT_EQ("0 10 103\n", run.output);  // VANTOR_KEY_OK, then VANTOR_KEY_SELECT
 }
 
+// On a terminal (a pseudo-terminal from script(1) here) typed keys reach the program
+// however long it waits, the screen is drawn there, and q ends the whole run.
+TEST(Simulator, TakesKeysTypedOnATerminalAndDrawsTheScreenThere) {
+    if (Shell("script -qec true /dev/null").status != 0) GTEST_SKIP() << "no script(1)";
+    const std::string sim = VANTOR_SIM, host = SESSION_HOST;
+    const auto typed = [&](const char* keys, const std::string& program) {
+        SimRun run = Shell(std::string("(printf '") + keys + "' | script -qec \"" + sim + " -- " +
+                           program + "\" /dev/null)");
+        run.output.erase(std::remove(run.output.begin(), run.output.end(), '\r'), run.output.end());
+        return run;
+    };
+    SimRun run =
+        typed("\\r \\033[B", "sh -c '" + host + " key; " + host + " key; " + host + " key'");
+    EXPECT_EQ(0, run.status);
+    const size_t ok = run.output.find("000000 10\n"), select = run.output.find("103\n", ok);
+    EXPECT_NE(std::string::npos, run.output.find("000000 114\n", select)) << run.output;
+    EXPECT_NE(std::string::npos, run.output.find("\033[38;2;0;0;0m\033[48;2;0;0;0m\u2580"));
+    run = typed("q", "sh -c '" + host + " key; echo on'");
+    EXPECT_EQ(0, run.status);
+    EXPECT_NE(std::string::npos, run.output.find("quit from the terminal"));
+    EXPECT_EQ(std::string::npos, run.output.find("on\n")) << "the script went on";
+}
+
 // Whatever ends the run, no session directory is left behind.
 TEST(Simulator, LeavesNothingBehindOnAnyWayOut) {
     const std::string sim = VANTOR_SIM, host = SESSION_HOST;
