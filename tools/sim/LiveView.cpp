@@ -61,15 +61,17 @@ std::string LiveView::Render(const uint32_t* pixels, int width, int height, int 
     return out;
 }
 
-void LiveView::Show(const uint32_t* pixels, int width, int height, int stride) const {
+void LiveView::Show(const std::string& caption, const uint32_t* pixels, int width, int height,
+                    int stride) const {
     winsize size = {};
     if (ioctl(fd, TIOCGWINSZ, &size) != 0 || size.ws_col == 0 || size.ws_row == 0) {
         size.ws_col = 80;
         size.ws_row = 24;
     }
-    // A line is kept free for the program's own output below the picture.
+    // Besides the caption, a line is kept free for the program's output below the picture.
     const std::string picture =
-        Render(pixels, width, height, stride, size.ws_col, std::max(1, size.ws_row - 1));
+        caption + "\n" +
+        Render(pixels, width, height, stride, size.ws_col, std::max(1, size.ws_row - 2));
     for (size_t done = 0; done < picture.size();) {
         const ssize_t wrote = write(fd, picture.data() + done, picture.size() - done);
         if (wrote <= 0) return;

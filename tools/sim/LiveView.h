@@ -17,8 +17,9 @@ class LiveView {
     // columns x lines character cells.
     static std::string Render(const uint32_t* pixels, int width, int height, int stride,
                               int columns, int lines);
-    // Renders to fit the terminal behind fd and writes it there.
-    void Show(const uint32_t* pixels, int width, int height, int stride) const;
+    // Renders to fit the terminal behind fd and writes it there under a caption line.
+    void Show(const std::string& caption, const uint32_t* pixels, int width, int height,
+              int stride) const;
 
   private:
     int fd;

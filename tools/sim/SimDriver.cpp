@@ -100,10 +100,14 @@ void Session::Record() {
         if (fields.frames > 0 && print == fields.lastPrint) return;
         fields.lastPrint = print;
         ++fields.frames;
-        if (liveView) view.Show(pixels, width, height, width);
-        if (shots.empty()) return;
         char name[32];
         std::snprintf(name, sizeof(name), "/%04d.png", fields.frames);
+        if (liveView) {
+            const std::string file = shots.empty() ? "" : " (" + shots + name + ")";
+            view.Show("vantor-sim: screen " + std::to_string(fields.frames) + file, pixels, width,
+                      height, width);
+        }
+        if (shots.empty()) return;
         if (!WritePng(shots + name, pixels, width, height, width, scale)) {
             std::fprintf(stderr, "vantor-sim: cannot write %s%s\n", shots.c_str(), name);
         }
