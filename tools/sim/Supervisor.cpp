@@ -39,6 +39,13 @@ void Block(int how, int signal) {
     sigprocmask(how, &set, nullptr);
 }
 
+void BlockPassedOn(int how) {
+    sigset_t set;
+    sigemptyset(&set);
+    for (int signal : kPassedOn) sigaddset(&set, signal);
+    sigprocmask(how, &set, nullptr);
+}
+
 // A process outside the terminal's foreground group may only change it with SIGTTOU
 // held back.
 void GiveTerminal(pid_t to) {
@@ -61,10 +68,13 @@ pid_t Supervisor::Start(char* const* program, bool handTerminal, void (*prepare)
     const bool ownsTerminal = isatty(STDIN_FILENO) && tcgetpgrp(STDIN_FILENO) == getpgrp();
     handedTerminal = handTerminal && ownsTerminal;
     SetSignals(PassOn);
+    // Held back until each side is ready: a signal that reached the child before it
+    // dropped our handler would be swallowed there instead of ending it.
+    BlockPassedOn(SIG_BLOCK);
     child = fork();
-    if (child < 0) return -1;
     if (child == 0) {
         SetSignals(SIG_DFL);
+        BlockPassedOn(SIG_UNBLOCK);
         setpgid(0, 0);
         if (handedTerminal) GiveTerminal(getpgrp());
         if (!handTerminal && isatty(STDIN_FILENO)) KeepOffTerminal();
@@ -73,8 +83,13 @@ pid_t Supervisor::Start(char* const* program, bool handTerminal, void (*prepare)
         std::fprintf(stderr, "vantor-sim: cannot run %s: %s\n", program[0], std::strerror(errno));
         _exit(127);
     }
-    setpgid(child, child);  // also here, so that no signal finds the group missing
-    group = child;
+    if (child > 0) {
+        setpgid(child, child);  // also here, so that no signal finds the group missing
+        group = child;
+    }
+    const int error = errno;
+    BlockPassedOn(SIG_UNBLOCK);
+    errno = error;
     return child;
 }
 
