@@ -287,6 +287,7 @@ int main(int argc, char** argv) {
     if (!options.keysGiven && !isatty(STDIN_FILENO))
         Fail("no keys: give --keys or --key-file, or run in a terminal");
     MakeShotDirectory(options.shots);
+    VantorSim::Supervisor::CatchSignals();  // before there is anything to clean up
     if (!session.Create())
         Fail(std::string("cannot make a session directory: ") + std::strerror(errno));
     std::atexit(CleanUp);
@@ -294,8 +295,10 @@ int main(int argc, char** argv) {
     if (!options.keysGiven) terminal.Start();
 
     VantorSim::Supervisor supervisor;
-    if (supervisor.Start(options.program.data(), options.keysGiven, ExportEnvironment) < 0)
+    if (supervisor.Start(options.program.data(), options.keysGiven, ExportEnvironment) < 0) {
+        if (const int signal = VantorSim::Supervisor::Received()) return 128 + signal;
         Fail(std::string("cannot start the program: ") + std::strerror(errno));
+    }
     const int status =
         ExitStatus(supervisor.Wait(options.keysGiven ? nullptr : ReadTerminal), options.program[0]);
     ReportShots(options);

@@ -67,11 +67,12 @@ void KeepOffTerminal() {
 pid_t Supervisor::Start(char* const* program, bool handTerminal, void (*prepare)()) {
     const bool ownsTerminal = isatty(STDIN_FILENO) && tcgetpgrp(STDIN_FILENO) == getpgrp();
     handedTerminal = handTerminal && ownsTerminal;
-    SetSignals(PassOn);
+    CatchSignals();
     // Held back until each side is ready: a signal that reached the child before it
     // dropped our handler would be swallowed there instead of ending it.
     BlockPassedOn(SIG_BLOCK);
-    child = fork();
+    child = received != 0 ? -1 : fork();
+    if (child < 0 && received != 0) errno = EINTR;
     if (child == 0) {
         SetSignals(SIG_DFL);
         BlockPassedOn(SIG_UNBLOCK);
@@ -105,6 +106,10 @@ int Supervisor::Wait(void (*idle)(pid_t group)) {
     group = 0;
     if (handedTerminal) GiveTerminal(getpgrp());
     return status;
+}
+
+void Supervisor::CatchSignals() {
+    SetSignals(PassOn);
 }
 
 int Supervisor::Received() {

@@ -14,8 +14,11 @@ namespace VantorSim {
 // then /dev/null, since a read of the terminal would stop it.
 class Supervisor {
   public:
+    // From now on SIGINT, SIGTERM and SIGHUP are only noted until the program starts.
+    static void CatchSignals();
     // Starts program (a null-terminated argument list); prepare runs in the child
-    // before the exec. -1 (errno set) if no process could be made.
+    // before the exec. -1 (errno set) if no process could be made, or if one of those
+    // signals came first (EINTR).
     pid_t Start(char* const* program, bool handTerminal, void (*prepare)());
     // Waits for the program and returns its wait status, calling idle (if any) again
     // and again meanwhile; the rest of its group is then told to end, and the terminal
