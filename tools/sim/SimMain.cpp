@@ -183,7 +183,7 @@ std::string FindFonts(const std::string& given) {
     if (!given.empty()) {
         if (!IsDirectory(given)) Fail("--fonts " + given + ": no such directory");
         if (!HasFonts(given)) Fail("--fonts " + given + ": lr.tf and lb.tf are not both there");
-        return given;
+        return Canonical(given);
     }
     const std::string here = ExecutableDirectory();
     for (const std::string& dir :
@@ -287,6 +287,8 @@ int main(int argc, char** argv) {
     if (!options.keysGiven && !isatty(STDIN_FILENO))
         Fail("no keys: give --keys or --key-file, or run in a terminal");
     MakeShotDirectory(options.shots);
+    // Absolute, since a script's commands may each run in another directory.
+    if (!options.shots.empty()) options.shots = Canonical(options.shots);
     VantorSim::Supervisor::CatchSignals();  // before there is anything to clean up
     if (!session.Create())
         Fail(std::string("cannot make a session directory: ") + std::strerror(errno));
