@@ -13,10 +13,11 @@ namespace VantorSim {
 class SessionState {
   public:
     enum Ending { Running = 0, ScriptUsedUp = 1, QuitFromTerminal = 2 };
+    // The same layout for 32- and 64-bit processes: the 8-byte field first.
     struct Fields {
+        unsigned long long lastPrint;
         int nextStep;
         int frames;
-        unsigned long long lastPrint;
         int ending;
     };
 
