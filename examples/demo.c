@@ -89,8 +89,11 @@ static int install_update(void) {
     InitProgress(width / 2 - 250, height / 2 - 40, 500, 70);
     ShowProgress("Copying kernel...", eAlignLeft, 0.0f);
     int result = CopyFileWithProgress(sources[0], targets[0], NULL, 75.0f);
-    /* Between two files the user may still cancel; a look at the keys costs nothing. */
-    if (result == 0 && WaitKey(0.0f) == VANTOR_KEY_CANCEL) result = -1;
+    /* Between two files the user may still cancel; a look at the keys costs nothing.
+     * Each look reads one record and a press comes as three (scan code, key, sync). */
+    for (int look = 0; result == 0 && look < 3; ++look) {
+        if (WaitKey(0.0f) == VANTOR_KEY_CANCEL) result = -1;
+    }
     if (result == 0) {
         UpdateProgress("Copying root file system...", eAlignLeft, 75.0f);
         result = CopyFileWithProgress(sources[1], targets[1], NULL, 25.0f);

@@ -10,7 +10,7 @@ vantor_install_missing
 cmake -S . -B build -DCMAKE_BUILD_TYPE=RelWithDebInfo
 cmake --build build -j "$(nproc)"
 
-keys="ok, left, ok, none, ok, down, ok, ok, down, down, ok, left, ok"
+keys="ok, left, ok, none, none, ok, down, ok, ok, down, down, ok, left, ok"
 rm -rf out
 build/tools/sim/vantor-sim --screen 800x480 --shots out --keys "$keys" \
   -- build/examples/demo /dev/fb0 800x480

@@ -1,21 +1,24 @@
-// The simulator: its key scripts, its PNG files, and a whole run of the demo.
+// The simulator: its key scripts, its PNG files and terminal view, a whole run of the
+// demo, a session of several processes, its clean-up, and an installed copy.
 #include <gtest/gtest.h>
 #include <png.h>
 #include <sys/wait.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "KeyScript.h"
+#include "LiveView.h"
 #include "PngWriter.h"
 
 using namespace VantorSim;
 
 namespace {
 
-const char kDemoKeys[] = "ok, left, ok, none, ok, down, ok, ok, down, down, ok, left, ok";
+const char kDemoKeys[] = "ok, left, ok, none, none, ok, down, ok, ok, down, down, ok, left, ok";
 
 struct Picture {
     unsigned width = 0, height = 0;
@@ -41,14 +44,17 @@ struct SimRun {
     std::string output;
 };
 
-SimRun Simulate(const std::string& arguments) {
-    FILE* pipe =
-        popen((std::string(VANTOR_SIM) + " " + arguments + " 2>&1 </dev/null").c_str(), "r");
+SimRun Shell(const std::string& command) {
+    FILE* pipe = popen((command + " 2>&1 </dev/null").c_str(), "r");
     SimRun run{-1, ""};
     char line[512];
     while (std::fgets(line, sizeof(line), pipe)) run.output += line;
     run.status = WEXITSTATUS(pclose(pipe));
     return run;
+}
+
+SimRun Simulate(const std::string& arguments) {
+    return Shell(std::string(VANTOR_SIM) + " " + arguments);
 }
 
 std::string TempDir() {
@@ -61,16 +67,14 @@ std::string TempDir() {
 TEST(KeyScript, NamesCodesSkipsPausesAndComments) {
     const std::vector<KeyStep> steps =
         ParseKeyScript("down,Down  ok # the first choice\n149 none pause:0.25\n");
-    const std::vector<KeyStep> expected = {{KeyStep::Press, 7, 0},  {KeyStep::Press, 7, 0},
-                                           {KeyStep::Press, 50, 0}, {KeyStep::Press, 149, 0},
-                                           {KeyStep::Skip, 0, 0},   {KeyStep::Pause, 0, 0.25}};
+    const std::vector<KeyStep> expected = {{KeyStep::Press, 7, 0},   {KeyStep::Press, 7, 0},
+                                           {KeyStep::Press, 149, 0}, {KeyStep::Press, 149, 0},
+                                           {KeyStep::Skip, 0, 0},    {KeyStep::Pause, 0, 0.25}};
     EXPECT_EQ(expected, steps);
     EXPECT_EQ(expected, DecodeKeyScript(EncodeKeyScript(steps)));
     for (const char* bad : {"okay", "0", "pause:-1", "pause:x", "70000"}) {
         EXPECT_THROW(ParseKeyScript(bad), std::invalid_argument) << bad;
     }
-    EXPECT_EQ(150, KeyCodeOf("back"));
-    EXPECT_EQ(53, KeyCodeOf("cancel"));
 }
 
 TEST(PngWriter, WritesScaledPixelsThatDecodeBack) {
@@ -112,22 +116,123 @@ TEST(Simulator, RunsTheDemoToItsEndWithAPictureAtEveryWait) {
     for (unsigned x = 0; x < 800; x += 7) ASSERT_EQ(0u, end.at(x, 15));  // cleared at exit
 }
 
-TEST(Simulator, RefusesWhatItCannotRun) {
-    SimRun run = Simulate("--keys ok -- /bin/true");
-    EXPECT_EQ(2, run.status);
-    EXPECT_NE(std::string::npos, run.output.find("not linked against libvantor"));
-    run = Simulate("--keys ok -- /nonexistent/program");
-    EXPECT_EQ(127, run.status);
-    EXPECT_NE(std::string::npos, run.output.find("cannot run /nonexistent/program"));
-    run = Simulate("--screen 800 -- /bin/true");
-    EXPECT_EQ(2, run.status);
-    run = Simulate("-- " + std::string(VANTOR_DEMO));  // no keys and no terminal
-    EXPECT_EQ(2, run.status);
-    EXPECT_NE(std::string::npos, run.output.find("no keys"));
+TEST(LiveView, ShrinksTheScreenToTheTerminalInItsOwnColours) {
+    std::vector<uint32_t> screen(800 * 480, 0xFF0000);  // red above, blue below
+    std::fill(screen.begin() + 800 * 240, screen.end(), 0x0000FF);
+    const std::string view = LiveView::Render(screen.data(), 800, 480, 800, 80, 24);
+    EXPECT_EQ(24, std::count(view.begin(), view.end(), '\n'));
+    EXPECT_EQ(0u, view.find("\033[38;2;255;0;0m\033[48;2;255;0;0m\u2580"));
+    EXPECT_NE(std::string::npos, view.rfind("\033[38;2;0;0;255m\033[48;2;0;0;255m\u2580"));
 }
 
-TEST(Simulator, StopsAProgramThatOutlivesItsKeyScript) {
-    const SimRun run = Simulate(std::string("--keys ok -- ") + VANTOR_DEMO);
-    EXPECT_EQ(3, run.status);
-    EXPECT_NE(std::string::npos, run.output.find("key script is used up"));
+TEST(Simulator, RefusesWhatItCannotRun) {
+    const std::string fontless = TempDir();
+    const struct {
+        std::string arguments;
+        int status;
+        const char* says;
+    } cases[] = {
+        {"--keys ok -- /nonexistent/program", 127, "cannot run /nonexistent/program"},
+        {"--screen 800 -- /bin/true", 2, "bad --screen"},
+        {"-- /bin/true", 2, "no keys"},  // and no terminal
+        {"--keys ok --fonts /nonexistent -- /bin/true", 2, "no such directory"},
+        {"--keys ok --fonts " + fontless + " -- /bin/true", 2, "lr.tf and lb.tf"},
+    };
+    for (const auto& c : cases) {
+        const SimRun run = Simulate(c.arguments);
+        EXPECT_EQ(c.status, run.status) << c.arguments;
+        EXPECT_NE(std::string::npos, run.output.find(c.says)) << run.output;
+    }
+}
+
+// The commands of a shell script share the screen, the key script and the numbering.
+TEST(Simulator, IsOneSessionForAllTheProcessesOfAScript) {
+    const std::string shots = TempDir(), host = SESSION_HOST;
+    const SimRun run = Simulate("--keys ok,select --shots " + shots + " -- sh -c '" + host +
+                                " paint; " + host + " key; " + host + " key'");
+    ASSERT_EQ(0, run.status) << run.output;
+    EXPECT_NE(std::string::npos, run.output.find("ff0000 10\nff0000 103\n")) << run.output;
+    EXPECT_NE(std::string::npos, run.output.find("1 screenshots"));
+    EXPECT_EQ(0xFF0000u, ReadPng(shots + "/0001.png").at(0, 0));
+}
+
+TEST(Simulator, RunsAHostThatLoadsTheLibraryAtRunTime) {
+    if (Shell("python3 -c 'import ctypes'").status != 0) GTEST_SKIP() << "no python3";
+    const SimRun run = Simulate("--keys ok,select -- env LD_LIBRARY_PATH=" LIBVANTOR_DIR
+                                " python3 -c '"
+                                "import ctypes; v = ctypes.CDLL(\"libvantor.so.1\"); "
+                                "v.WaitKey.argtypes = [ctypes.c_float]; "
+                                "key = lambda: max(v.WaitKey(5) for _ in range(3)); "
+                                "print(v.InitKeypad(), key(), key())'");
+    EXPECT_EQ(0, run.status);
+    EXPECT_EQ("0 10 103\n", run.output);  // VANTOR_KEY_OK, then VANTOR_KEY_SELECT
+}
+
+// On a terminal (a pseudo-terminal from script(1) here) typed keys reach the program
+// however long it waits, the screen is drawn there, and q ends the whole run.
+TEST(Simulator, TakesKeysTypedOnATerminalAndDrawsTheScreenThere) {
+    if (Shell("script -qec true /dev/null").status != 0) GTEST_SKIP() << "no script(1)";
+    const std::string sim = VANTOR_SIM, host = SESSION_HOST;
+    const auto typed = [&](const char* keys, const std::string& program) {
+        SimRun run = Shell(std::string("(printf '") + keys + "' | script -qec \"" + sim + " -- " +
+                           program + "\" /dev/null)");
+        run.output.erase(std::remove(run.output.begin(), run.output.end(), '\r'), run.output.end());
+        return run;
+    };
+    SimRun run =
+        typed("\\r \\033[B", "sh -c '" + host + " key; " + host + " key; " + host + " key'");
+    EXPECT_EQ(0, run.status);
+    const size_t ok = run.output.find("000000 10\n"), select = run.output.find("103\n", ok);
+    EXPECT_NE(std::string::npos, run.output.find("000000 114\n", select)) << run.output;
+    EXPECT_NE(std::string::npos, run.output.find("\033[38;2;0;0;0m\033[48;2;0;0;0m\u2580"));
+    run = typed("q", "sh -c '" + host + " key; echo on'");
+    EXPECT_EQ(0, run.status);
+    EXPECT_NE(std::string::npos, run.output.find("quit from the terminal"));
+    EXPECT_EQ(std::string::npos, run.output.find("on\n")) << "the script went on";
+}
+
+// Whatever ends the run, no session directory is left behind.
+TEST(Simulator, LeavesNothingBehindOnAnyWayOut) {
+    const std::string sim = VANTOR_SIM, host = SESSION_HOST;
+    const std::string waits = sim + " --keys pause:30 -- sh -c '" + host + " key' & sleep 1; kill ";
+    const struct {
+        std::string command;
+        int status;
+    } cases[] = {
+        {sim + " --keys ok -- " + host + " key", 0},
+        {sim + " --keys ok -- sh -c '" + host + " key; " + host + " key; echo on'", 3},
+        {waits + "-INT $!; wait $!", 130},
+        {waits + "-TERM $!; wait $!", 143},
+        {sim + " --keys ok -- sh -c 'kill -SEGV $$'", 139},
+        {sim + " --keys ok -- sh -c 'kill -ABRT $$'", 134},
+    };
+    for (const auto& c : cases) {
+        const std::string tmp = TempDir();
+        // A sanitized build preloads its runtime into sh, which would catch the SIGSEGV.
+        const SimRun run =
+            Shell("export TMPDIR=" + tmp + " ASAN_OPTIONS=handle_segv=0; " + c.command);
+        EXPECT_EQ(c.status, run.status) << c.command << "\n" << run.output;
+        EXPECT_EQ(std::string::npos, run.output.find("on\n")) << "the script went on";
+        EXPECT_EQ(0, Shell("rmdir " + tmp).status) << c.command << " left files in " << tmp;
+    }
+}
+
+// An installed copy moved elsewhere finds its own parts and fonts, none of the build's.
+TEST(Simulator, RunsFromAnInstalledTreeMovedAnywhere) {
+    const std::string stage = TempDir(), shots = TempDir();
+    ASSERT_EQ(0,
+              Shell("DESTDIR=" + stage +
+                    " " CMAKE_COMMAND " --install " BUILD_DIR " --prefix /usr >/dev/null && mv " +
+                    stage + "/usr " + stage + "/moved")
+                  .status);
+    const std::string sim = stage + "/moved/bin/vantor-sim";
+    const SimRun env = Shell(sim + " --keys ok -- sh -c 'echo $LD_PRELOAD $VANTOR_SIM_FONTS'");
+    EXPECT_EQ(0u, env.output.find(stage + "/moved/")) << env.output;
+    EXPECT_NE(std::string::npos, env.output.find(stage + "/moved/share/fonts/vantor"));
+    const SimRun demo =
+        Shell("LD_LIBRARY_PATH=$(dirname $(find " + stage + " -name libvantor.so)) " + sim +
+              " --shots " + shots + " --keys '" + kDemoKeys + "' -- " VANTOR_DEMO);
+    EXPECT_EQ(0, demo.status) << demo.output;
+    EXPECT_NE(std::string::npos, demo.output.find("14 screenshots")) << demo.output;
+    Shell("rm -rf " + stage + " " + shots);
 }

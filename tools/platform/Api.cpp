@@ -24,6 +24,10 @@ VP_API void vp_reset(void) {
     System().Reset();
 }
 
+VP_API int vp_attach(const char* dir) {
+    return IsAbsolute(dir) ? System().Attach(dir) : -1;
+}
+
 VP_API int vp_fb_add(const char* path, const vp_screen* screen) {
     if (!IsAbsolute(path) || screen == nullptr) return -1;
     return System().AddFramebuffer(path, *screen);

@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <linux/fb.h>
 #include <sys/mman.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstring>
@@ -32,7 +33,7 @@ size_t MemorySize(const vp_screen& screen) {
 FramebufferDevice::~FramebufferDevice() {
     if (view != nullptr) RealCalls::Munmap(view, size);
     // Descriptors the program holds keep the memory; the name goes.
-    if (!file.empty()) unlink(file.c_str());
+    if (!file.empty() && !shared) unlink(file.c_str());
 }
 
 bool FramebufferDevice::IsValid(const vp_screen& screen) {
@@ -41,23 +42,38 @@ bool FramebufferDevice::IsValid(const vp_screen& screen) {
            screen.line_length >= 0;
 }
 
-bool FramebufferDevice::Create(const std::string& realPath, const vp_screen& wanted) {
+bool FramebufferDevice::Create(const std::string& realPath, const vp_screen& wanted,
+                               bool isShared) {
     screen = wanted;
+    shared = isShared;
     if (screen.line_length == 0)
         screen.line_length = int(screen.xres_virtual * BytesPerPixel(screen));
     size = MemorySize(screen);
-    unlink(realPath.c_str());  // a plain file added there before; its readers keep it
-    const int fd = RealCalls::Open(realPath.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
+    const int fd = OpenMemory(realPath);
     if (fd < 0) return false;
     file = realPath;
     void* mapped = MAP_FAILED;
-    if (ftruncate(fd, off_t(size)) == 0) {
+    if (Grow(fd))
         mapped = RealCalls::Mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0);
-    }
     RealCalls::Close(fd);
     if (mapped == MAP_FAILED) return false;
     view = static_cast<uint32_t*>(mapped);
     return true;
+}
+
+// A private device starts from a new, black file (a plain file added there before keeps
+// its readers); a shared one keeps what earlier processes drew.
+int FramebufferDevice::OpenMemory(const std::string& realPath) const {
+    if (shared) return RealCalls::Open(realPath.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644);
+    unlink(realPath.c_str());
+    return RealCalls::Open(realPath.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
+}
+
+// Never shrinks: another process of a session may have a larger mapping of it.
+bool FramebufferDevice::Grow(int fd) const {
+    struct stat status;
+    if (fstat(fd, &status) != 0) return false;
+    return size_t(status.st_size) >= size || ftruncate(fd, off_t(size)) == 0;
 }
 
 bool FramebufferDevice::AnswerIoctl(unsigned long request, void* argument, int& error) const {

@@ -21,8 +21,10 @@ class FramebufferDevice {
     ~FramebufferDevice();
 
     static bool IsValid(const vp_screen& screen);
-    // Makes the memory file at realPath; false (and nothing left behind) on failure.
-    bool Create(const std::string& realPath, const vp_screen& screen);
+    // Makes the memory file at realPath; false (and nothing left behind) on failure. A
+    // shared device uses the file another process may have made there, pixels and all,
+    // and leaves it behind.
+    bool Create(const std::string& realPath, const vp_screen& screen, bool shared);
     // Answers the screen-info requests like the kernel's driver, with error 0 or the
     // errno of the failure; false for any other request.
     bool AnswerIoctl(unsigned long request, void* argument, int& error) const;
@@ -34,6 +36,8 @@ class FramebufferDevice {
     int unmapCount = 0;
 
   private:
+    int OpenMemory(const std::string& realPath) const;
+    bool Grow(int fd) const;
     void FillVariable(void* argument) const;
     void FillFixed(void* argument) const;
 
@@ -41,6 +45,7 @@ class FramebufferDevice {
     std::string file;
     uint32_t* view = nullptr;
     size_t size = 0;
+    bool shared = false;
 };
 
 }  // namespace VantorPlatform

@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <cctype>
+#include <cerrno>
 #include <cstdlib>
 #include <cstring>
 
@@ -40,10 +41,14 @@ InputDevice::~InputDevice() {
     if (!node.empty()) unlink(node.c_str());
 }
 
-bool InputDevice::MakeNode(const std::string& realPath) {
-    unlink(realPath.c_str());
-    if (mkfifo(realPath.c_str(), 0644) != 0) return false;
-    node = realPath;
+bool InputDevice::MakeNode(const std::string& realPath, bool shared) {
+    if (!shared) {
+        unlink(realPath.c_str());
+        if (mkfifo(realPath.c_str(), 0644) != 0) return false;
+        node = realPath;
+    } else if (mkfifo(realPath.c_str(), 0644) != 0 && errno != EEXIST) {
+        return false;
+    }
     // Non-blocking: a full FIFO refuses a record instead of hanging the test.
     writer = RealCalls::Open(realPath.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC, 0);
     return writer >= 0;

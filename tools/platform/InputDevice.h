@@ -16,8 +16,9 @@ class InputDevice {
     InputDevice& operator=(const InputDevice&) = delete;
     ~InputDevice();
 
-    // Makes the FIFO at realPath; false (and nothing left behind) on failure.
-    bool MakeNode(const std::string& realPath);
+    // Makes the FIFO at realPath; false (and nothing left behind) on failure. A shared
+    // node is the FIFO another process may have made there; it stays behind.
+    bool MakeNode(const std::string& realPath, bool shared);
     bool HasNode() const { return writer >= 0; }
     int Queue(int type, int code, int value);
     // One key change as the TCA8418 driver reports it: scan code, key, sync.

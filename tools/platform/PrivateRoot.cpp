@@ -7,6 +7,8 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "RealCalls.h"
+
 namespace VantorPlatform {
 
 namespace {
@@ -43,6 +45,16 @@ const std::string& PrivateRoot::Path() {
     return path;
 }
 
+bool PrivateRoot::Attach(const std::string& dir) {
+    struct stat status;
+    if (RealCalls::Stat(dir.c_str(), &status) != 0 || !S_ISDIR(status.st_mode)) return false;
+    RemoveIfOurs();
+    path = dir;
+    owner = 0;
+    shared = true;
+    return true;
+}
+
 void PrivateRoot::MakeParents(const std::string& realPath) {
     // A mapped directory's files live in the host's tree, which is not ours to shape.
     if (realPath.compare(0, Path().size() + 1, Path() + "/") != 0) return;
@@ -53,7 +65,7 @@ void PrivateRoot::MakeParents(const std::string& realPath) {
 }
 
 void PrivateRoot::Clear() {
-    if (!path.empty()) nftw(path.c_str(), RemoveEntry, 16, FTW_DEPTH | FTW_PHYS);
+    if (!path.empty() && !shared) nftw(path.c_str(), RemoveEntry, 16, FTW_DEPTH | FTW_PHYS);
 }
 
 void PrivateRoot::RemoveIfOurs() {

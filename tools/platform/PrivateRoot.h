@@ -10,10 +10,14 @@ namespace VantorPlatform {
 // The private directory that holds this process's virtual files, so that reads, maps
 // and waits on them are the kernel's own. It is made on first use under $TMPDIR (or
 // /tmp) and removed when the process that made it exits; a forked child shares it and
-// leaves it alone.
+// leaves it alone. A root attached to a shared directory belongs to whoever made it and
+// is never emptied or removed from here.
 class PrivateRoot {
   public:
     const std::string& Path();
+    // Uses an existing directory from now on; one this process made is removed.
+    bool Attach(const std::string& dir);
+    bool IsShared() const { return shared; }
     std::string Inside(const std::string& virtualPath) { return Path() + virtualPath; }
     // Creates the directories between the root and a file inside it.
     void MakeParents(const std::string& realPath);
@@ -25,6 +29,7 @@ class PrivateRoot {
   private:
     std::string path;
     pid_t owner = 0;
+    bool shared = false;
 };
 
 }  // namespace VantorPlatform

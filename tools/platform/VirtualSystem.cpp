@@ -71,6 +71,11 @@ void VirtualSystem::Reset() {
     exitWhenExhausted = false;
 }
 
+int VirtualSystem::Attach(const char* dir) {
+    Lock lock(mutex);
+    return root.Attach(dir) ? 0 : -1;
+}
+
 int VirtualSystem::AddFramebuffer(const char* path, const vp_screen& screen) {
     Lock lock(mutex);
     std::string real;
@@ -79,7 +84,7 @@ int VirtualSystem::AddFramebuffer(const char* path, const vp_screen& screen) {
     table.ForgetFramebuffer(path);
     root.MakeParents(real);
     auto device = std::make_unique<FramebufferDevice>();
-    if (!device->Create(real, screen)) return -1;
+    if (!device->Create(real, screen, root.IsShared())) return -1;
     framebuffers[path] = std::move(device);
     return 0;
 }
@@ -146,7 +151,12 @@ int VirtualSystem::AddInput(int index, int event, const char* name) {
     if (index < 0) return -1;
     const bool withNode = event >= 0;
     if (withNode) {
-        RemoveInput(index);
+        // A session's name file belongs to the session: only a new name replaces it.
+        if (root.IsShared()) {
+            ForgetInput(index);
+        } else {
+            RemoveInput(index);
+        }
         const int holder = InputOfNode(NodePath(event).c_str());
         if (holder >= 0 && holder != index) return -1;  // another device's node
     }
@@ -159,7 +169,7 @@ int VirtualSystem::AddInput(int index, int event, const char* name) {
     Redirect(NodePath(event).c_str(), real);
     root.MakeParents(real);
     auto device = std::make_unique<InputDevice>();
-    if (!device->MakeNode(real) || AddEventEntry(index, event) != 0) return -1;
+    if (!device->MakeNode(real, root.IsShared()) || AddEventEntry(index, event) != 0) return -1;
     device->eventNumber = event;
     inputs[index] = std::move(device);
     return 0;
@@ -189,6 +199,11 @@ int VirtualSystem::RemoveInput(int index) {
     const bool hadNode = inputs.erase(index) > 0;
     table.UnplugInput(index);
     return hadName || hadNode ? 0 : -1;
+}
+
+void VirtualSystem::ForgetInput(int index) {
+    inputs.erase(index);
+    table.UnplugInput(index);
 }
 
 int VirtualSystem::QueueEvent(int index, int type, int code, int value) {

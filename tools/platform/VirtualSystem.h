@@ -28,6 +28,7 @@ class VirtualSystem {
 
     // Set-up, for the vp_ interface.
     void Reset();
+    int Attach(const char* dir);
     int AddFramebuffer(const char* path, const vp_screen& screen);
     int SetFailures(const char* path, int failures);
     uint32_t* Pixels(const char* path);
@@ -63,6 +64,7 @@ class VirtualSystem {
 
   private:
     VirtualSystem() : paths(root) {}
+    void ForgetInput(int index);
     FramebufferDevice* Framebuffer(const std::string& path);
     FramebufferDevice* FramebufferOf(int fd);
     InputDevice* Input(int index);

@@ -47,6 +47,13 @@ enum {
  * unlinked) files but are no longer counted; pointers from vp_fb_pixels become invalid. */
 void vp_reset(void);
 
+/* Keeps the virtual files in dir, an existing directory shared with other processes
+ * (a simulator session), instead of a private directory of this process. Devices added
+ * afterwards use the files already there: the framebuffer keeps its pixels and an event
+ * node its queued records. This process removes nothing there, at reset or at exit.
+ * Call it before adding anything. */
+int vp_attach(const char* dir);
+
 /* Framebuffer devices. Adding a path again replaces the device: the program's old
  * descriptors and mappings keep the old memory and are no longer counted. */
 int vp_fb_add(const char* path, const vp_screen* screen);

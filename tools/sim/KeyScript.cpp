@@ -10,10 +10,12 @@ namespace VantorSim {
 
 namespace {
 
-// The keypad's device codes, by what the library makes of them.
-const std::map<std::string, int> kNames = {
-    {"up", 6},  {"left", 6},   {"previous", 6}, {"down", 7},   {"right", 7},  {"next", 7},
-    {"ok", 50}, {"enter", 50}, {"select", 149}, {"back", 150}, {"home", 152}, {"cancel", 53}};
+// The keypad's device codes under the names of the key codes the library turns them into
+// (VANTOR_KEY_OK is 149's, VANTOR_KEY_SELECT 50's). left and right are aliases of up
+// and down for horizontal menus.
+const std::map<std::string, int> kNames = {{"up", 6},     {"left", 6},   {"down", 7},
+                                           {"right", 7},  {"ok", 149},   {"select", 50},
+                                           {"back", 150}, {"home", 152}, {"cancel", 53}};
 
 std::string Lower(std::string text) {
     for (char& c : text) c = char(std::tolower(static_cast<unsigned char>(c)));

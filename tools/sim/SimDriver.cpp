@@ -1,52 +1,27 @@
-// The part of the simulator that lives inside the program: preloaded after the platform
-// layer, it sets up the virtual screen, keypad and fonts from the environment that
-// vantor-sim prepared, feeds the key script, and takes the screenshots.
+// The part of the simulator that lives inside each process it runs: preloaded after the
+// platform layer, it attaches the process to the session's screen and keypad, plays
+// the shared key script at each wait for a key, and records the screen.
 #include <dlfcn.h>
-#include <sys/stat.h>
+#include <signal.h>
 #include <unistd.h>
 
-#include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
-#include <deque>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "KeyScript.h"
+#include "LiveView.h"
 #include "PngWriter.h"
-#include "TerminalKeys.h"
+#include "SessionDirectory.h"
+#include "SessionState.h"
 #include "vantor_platform.h"
 
 namespace VantorSim {
 
 namespace {
-
-const int kKeypad = 0;
-
-class Session {
-  public:
-    void Start();
-    void OnWait();
-    void Shot();
-    void Finish();
-    bool shotOnUpdate = false;
-
-  private:
-    bool NextStep();
-    [[noreturn]] void Stop(const char* why, int status);
-
-    std::string device = "/dev/fb0";
-    int width = 800, height = 480, scale = 1;
-    std::string shots;
-    std::deque<KeyStep> script;
-    bool fromTerminal = false;
-    TerminalKeys terminal;
-    int shotCount = 0;
-    unsigned long long lastShot = 0;
-};
-
-Session* session = nullptr;
 
 std::string Env(const char* name) {
     const char* value = std::getenv(name);
@@ -64,14 +39,33 @@ void Fail(const std::string& message) {
     _exit(2);
 }
 
-void Start() {
-    session = new Session();
-    session->Start();
-}
-
 }  // namespace
 
-void Session::Start() {
+class Session {
+  public:
+    explicit Session(const std::string& dir) : state(dir + "/state"), view(STDERR_FILENO) {}
+    void Start(const std::string& dir);
+    void OnWait();
+    void Record();
+    void Finish();
+    bool shotOnUpdate = false;
+
+  private:
+    bool NextStep();
+    [[noreturn]] void End(SessionState::Ending why, const char* message, int status);
+
+    SessionState state;
+    LiveView view;
+    std::string device = "/dev/fb0";
+    int width = 800, height = 480, scale = 1;
+    std::string shots;
+    std::vector<KeyStep> script;
+    bool fromTerminal = false, liveView = false;
+};
+
+Session* session = nullptr;
+
+void Session::Start(const std::string& dir) {
     if (std::sscanf(Env("VANTOR_SIM_SCREEN").c_str(), "%dx%d", &width, &height) != 2) {
         Fail("bad screen size in VANTOR_SIM_SCREEN");
     }
@@ -79,100 +73,145 @@ void Session::Start() {
     scale = std::max(1, std::atoi(Env("VANTOR_SIM_SCALE").c_str()));
     shots = Env("VANTOR_SIM_SHOTS");
     shotOnUpdate = !Env("VANTOR_SIM_SHOT_ON_UPDATE").empty();
-    for (const KeyStep& step : DecodeKeyScript(Env("VANTOR_SIM_KEYS"))) script.push_back(step);
-    fromTerminal = !Env("VANTOR_SIM_TERMINAL").empty() && terminal.Start();
+    script = DecodeKeyScript(Env("VANTOR_SIM_KEYS"));
+    fromTerminal = !Env("VANTOR_SIM_TERMINAL").empty();
+    liveView = !Env("VANTOR_SIM_VIEW").empty();
 
+    if (vp_attach(dir.c_str()) != 0) Fail("the session directory " + dir + " is gone");
     vp_screen screen = {width, height, width, height, 32, 0};
     if (vp_fb_add(device.c_str(), &screen) != 0) Fail("cannot make the screen " + device);
     if (vp_dir_map("/usr/share/fonts/vantor", Env("VANTOR_SIM_FONTS").c_str()) != 0) {
         Fail("cannot use the fonts in " + Env("VANTOR_SIM_FONTS"));
     }
-    if (vp_input_add(kKeypad, "tca8418 keypad (vantor-sim)") != 0) Fail("cannot make the keypad");
+    // The node alone: the session already holds its name file.
+    if (vp_input_add(SessionDirectory::kKeypad, nullptr) != 0) Fail("cannot reach the keypad");
     vp_set_wait_hook([](int, void*) { session->OnWait(); }, nullptr);
     std::atexit([] { session->Finish(); });
 }
 
-// A new picture only when the screen changed since the last one: a program that polls
-// its keys would otherwise leave hundreds of identical files.
-void Session::Shot() {
-    if (shots.empty()) return;
+// A new picture only when the screen changed since the last one, whichever process
+// drew it: a program that polls its keys would otherwise leave hundreds of equal files.
+void Session::Record() {
+    if (shots.empty() && !liveView) return;
     const uint32_t* pixels = vp_fb_pixels(device.c_str());
     if (pixels == nullptr) return;
     const unsigned long long print = Fingerprint(pixels, size_t(width) * height);
-    if (shotCount > 0 && print == lastShot) return;
-    char name[32];
-    std::snprintf(name, sizeof(name), "/%04d.png", ++shotCount);
-    if (!WritePng(shots + name, pixels, width, height, width, scale)) {
-        std::fprintf(stderr, "vantor-sim: cannot write %s%s\n", shots.c_str(), name);
-    }
-    lastShot = print;
+    state.Update([&](SessionState::Fields& fields) {
+        if (fields.frames > 0 && print == fields.lastPrint) return;
+        fields.lastPrint = print;
+        ++fields.frames;
+        char name[32];
+        std::snprintf(name, sizeof(name), "/%04d.png", fields.frames);
+        if (liveView) {
+            const std::string file = shots.empty() ? "" : " (" + shots + name + ")";
+            view.Show("vantor-sim: screen " + std::to_string(fields.frames) + file, pixels, width,
+                      height, width);
+        }
+        if (shots.empty()) return;
+        if (!WritePng(shots + name, pixels, width, height, width, scale)) {
+            std::fprintf(stderr, "vantor-sim: cannot write %s%s\n", shots.c_str(), name);
+        }
+    });
 }
 
 void Session::OnWait() {
-    Shot();
+    Record();
     if (NextStep()) return;
-    if (fromTerminal) {
-        const int code = terminal.Poll(50);
-        if (code == TerminalKeys::kQuit) Stop("quit from the terminal", 0);
-        if (code > 0) vp_input_event(kKeypad, 1, code, 1);
-        return;
-    }
-    Stop("the key script is used up while the program waits for a key; stopping it", 3);
+    if (fromTerminal) return;  // vantor-sim queues the keys as they are typed
+    End(SessionState::ScriptUsedUp,
+        "the key script is used up while the program waits for a key; stopping it", 3);
 }
 
-// Plays the script up to the next key or "none"; false when nothing is left.
+// Plays the script up to the next key or "none"; false when nothing is left. The
+// position is the session's, so processes that follow each other share one script.
 bool Session::NextStep() {
-    while (!script.empty()) {
-        const KeyStep step = script.front();
-        script.pop_front();
-        if (step.kind == KeyStep::Pause) {
-            std::this_thread::sleep_for(std::chrono::duration<double>(step.seconds));
-            continue;
-        }
-        if (step.kind == KeyStep::Press) vp_input_event(kKeypad, 1, step.code, 1);
-        return true;
+    for (;;) {
+        KeyStep step = {KeyStep::Skip, 0, 0};
+        bool found = false;
+        state.Update([&](SessionState::Fields& fields) {
+            if (fields.nextStep >= int(script.size())) return;
+            step = script[size_t(fields.nextStep++)];
+            found = true;
+            // Queued under the lock, so two waiting processes get their keys in order;
+            // as the driver sends a press: scan code, key record, sync.
+            if (step.kind == KeyStep::Press) vp_input_key(SessionDirectory::kKeypad, step.code, 1);
+        });
+        if (!found) return false;
+        if (step.kind != KeyStep::Pause) return true;
+        std::this_thread::sleep_for(std::chrono::duration<double>(step.seconds));
     }
-    return false;
 }
 
-void Session::Stop(const char* why, int status) {
-    std::fprintf(stderr, "vantor-sim: %s\n", why);
+// Ends the whole session, not only this process: a shell script would otherwise go on
+// to its next command, which would find the script used up in turn.
+void Session::End(SessionState::Ending why, const char* message, int status) {
+    state.Update([&](SessionState::Fields& fields) { fields.ending = why; });
+    std::fprintf(stderr, "vantor-sim: %s\n", message);
     Finish();
+    sigset_t term;
+    sigemptyset(&term);
+    sigaddset(&term, SIGTERM);
+    sigprocmask(SIG_BLOCK, &term, nullptr);
+    kill(-getpgrp(), SIGTERM);
     _exit(status);
 }
 
+// Only a process that used the library has a screen worth a last look.
 void Session::Finish() {
     static bool finished = false;
     if (finished) return;
     finished = true;
-    Shot();
-    terminal.Stop();
-    if (!shots.empty())
-        std::fprintf(stderr, "vantor-sim: %d screenshots in %s\n", shotCount, shots.c_str());
+    if (dlopen("libvantor.so.1", RTLD_LAZY | RTLD_NOLOAD) != nullptr) Record();
 }
 
 }  // namespace VantorSim
 
-// Only the program vantor-sim started is simulated; programs it starts in turn run on
-// the real system, so the preload is taken out of the environment they inherit.
+// Every process vantor-sim starts, and every process those start, joins the session:
+// a shell script's commands share one screen, one keypad and one key script.
 __attribute__((constructor)) static void StartSimulation() {
-    const std::string parent = VantorSim::Env("VANTOR_SIM_PARENT");
-    unsetenv("LD_PRELOAD");
-    if (parent.empty() || std::to_string(getppid()) != parent) return;
-    if (dlopen("libvantor.so.1", RTLD_LAZY | RTLD_NOLOAD) == nullptr) {
-        VantorSim::Fail(
-            "the program is not linked against libvantor (libvantor.so.1); "
-            "the simulator can only run programs that use the library");
-    }
-    VantorSim::Start();
+    const std::string dir = VantorSim::Env("VANTOR_SIM_SESSION");
+    if (dir.empty()) return;
+    VantorSim::session = new VantorSim::Session(dir);
+    VantorSim::session->Start(dir);
 }
 
-// Update as the program calls it, so a screenshot can follow every push of the canvas.
-extern "C" __attribute__((visibility("default"))) int Update(void) {
-    using Call = int (*)(void);
-    static Call real = reinterpret_cast<Call>(dlsym(RTLD_NEXT, "Update"));
-    const int result = real ? real() : -2;
+namespace {
+
+template <typename Call>
+Call Real(const char* name) {
+    return reinterpret_cast<Call>(dlsym(RTLD_NEXT, name));
+}
+
+// Each of the calls below pushes pixels to the screen; a picture can follow each one.
+int Recorded(int result) {
     if (VantorSim::session != nullptr && VantorSim::session->shotOnUpdate)
-        VantorSim::session->Shot();
+        VantorSim::session->Record();
     return result;
+}
+
+using Plain = int (*)();
+using Progress = int (*)(const char*, int, float);
+
+}  // namespace
+
+#define VANTOR_SIM_EXPORT extern "C" __attribute__((visibility("default")))
+
+VANTOR_SIM_EXPORT int Update(void) {
+    static const Plain real = Real<Plain>("Update");
+    return Recorded(real ? real() : -2);
+}
+
+VANTOR_SIM_EXPORT int ShowProgress(const char* text, int align, float percent) {
+    static const Progress real = Real<Progress>("ShowProgress");
+    return Recorded(real ? real(text, align, percent) : -2);
+}
+
+VANTOR_SIM_EXPORT int UpdateProgress(const char* text, int align, float percent) {
+    static const Progress real = Real<Progress>("UpdateProgress");
+    return Recorded(real ? real(text, align, percent) : -2);
+}
+
+VANTOR_SIM_EXPORT int HideProgress(void) {
+    static const Plain real = Real<Plain>("HideProgress");
+    return Recorded(real ? real() : -2);
 }

@@ -1,5 +1,7 @@
-// vantor-sim: runs an unmodified host program of libvantor against a virtual display
-// and keypad, with keys from a script or the terminal and screenshots as PNG files.
+// vantor-sim: runs an unmodified host program of libvantor, or a script of several,
+// against one virtual display and keypad, with keys from a script or the terminal,
+// screenshots as PNG files and a view on the terminal.
+#include <signal.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -16,35 +18,51 @@
 #include <vector>
 
 #include "KeyScript.h"
+#include "SessionDirectory.h"
+#include "SessionState.h"
+#include "Supervisor.h"
+#include "TerminalKeys.h"
 
 namespace {
 
 const char kUsage[] =
     "usage: vantor-sim [options] -- PROGRAM [ARGS...]\n"
     "\n"
-    "Runs PROGRAM (dynamically linked against libvantor) with a virtual framebuffer and\n"
-    "a virtual TCA8418 keypad in place of the real ones.\n"
+    "Runs PROGRAM with a virtual framebuffer and a virtual TCA8418 keypad in place of\n"
+    "the real ones. PROGRAM and every process it starts share them: a shell script's\n"
+    "commands draw on one screen, which keeps its pixels between them, and take the\n"
+    "keys one after the other. Programs may link libvantor or load it at run time\n"
+    "(dlopen, Python's ctypes); statically linked programs are not simulated.\n"
     "\n"
     "  --screen WxH        screen size in pixels, 32 bits per pixel (default 800x480)\n"
     "  --fb PATH           the device path the program opens (default /dev/fb0)\n"
-    "  --keys LIST         keys to press, one at each wait for a key: up, down, left,\n"
-    "                      right, ok, select, back, home, cancel, a device code, none\n"
-    "                      (a wait without a key) or pause:SECONDS; e.g. down,down,ok\n"
+    "  --keys LIST         keys to press, one at each wait for a key: up, down, ok,\n"
+    "                      select, back, cancel, home (each delivers the VANTOR_KEY_*\n"
+    "                      code of that name), left and right (the same as up and\n"
+    "                      down), a device code, none (a wait without a key) or\n"
+    "                      pause:SECONDS; e.g. down,down,ok\n"
     "  --key-file FILE     the same from a file (# starts a comment)\n"
     "                      Without keys, and on a terminal, keys are read as you type:\n"
-    "                      arrows move, Enter chooses, Backspace back, Esc cancel,\n"
-    "                      h home, q quits.\n"
-    "  --shots DIR         a PNG of the screen each time the program waits for a key\n"
-    "                      (when the screen changed) and when it ends: DIR/0001.png...\n"
-    "  --shot-on-update    a PNG after every Update() as well\n"
+    "                      arrows move, Enter is ok, Space select, Backspace back,\n"
+    "                      Esc cancel, h home, q quits; the program's standard\n"
+    "                      input is then /dev/null.\n"
+    "  --shots DIR         a PNG of the screen each time a program waits for a key\n"
+    "                      and when a program of the library ends, if the screen\n"
+    "                      changed: DIR/0001.png, numbered across the whole run\n"
+    "  --shot-on-update    a PNG after every Update() and progress window repaint too\n"
     "  --scale N           enlarge each screen pixel to N x N in the PNG files\n"
+    "  --no-view           do not draw the screen on the terminal (it is drawn on\n"
+    "                      standard error, at the same moments, when that is one)\n"
     "  --fonts DIR         lr.tf and lb.tf from DIR instead of the installed fonts\n"
-    "  -h, --help          this text\n";
+    "  -h, --help          this text\n"
+    "\n"
+    "Exit status: the program's; 3 when the key script ran out while a program\n"
+    "waited for a key; 128+N when it ended by signal N; 2 for bad options.\n";
 
 struct Options {
     std::string screen = "800x480", fb = "/dev/fb0", shots, fonts;
     std::vector<VantorSim::KeyStep> keys;
-    bool keysGiven = false, shotOnUpdate = false;
+    bool keysGiven = false, shotOnUpdate = false, view = true;
     int scale = 1;
     std::vector<char*> program;
 };
@@ -106,6 +124,8 @@ Options Parse(int argc, char** argv) {
         } else if (arg == "--scale") {
             options.scale = std::atoi(Value(i, argc, argv).c_str());
             if (options.scale < 1 || options.scale > 16) Fail("--scale is 1 to 16");
+        } else if (arg == "--no-view") {
+            options.view = false;
         } else if (arg == "--fonts") {
             options.fonts = Value(i, argc, argv);
         } else {
@@ -136,72 +156,153 @@ std::string ExecutableDirectory() {
     return std::string(path).substr(0, std::string(path).rfind('/'));
 }
 
-// The two objects to preload: beside this program in a build tree, or where they are
-// installed.
-std::string FindLibrary(const char* name, const char* builtIn) {
-    for (const std::string& dir : {ExecutableDirectory(), std::string(builtIn),
-                                   ExecutableDirectory() + "/../" VANTOR_SIM_LIBDIR "/vantor"}) {
-        if (IsFile(dir + "/" + name)) return dir + "/" + name;
+// The path without "..", for messages and the environment a person may look at.
+std::string Canonical(const std::string& path) {
+    char resolved[PATH_MAX];
+    return realpath(path.c_str(), resolved) ? resolved : path;
+}
+
+// Where the simulator's parts are, relative to this program: first as installed, then
+// as a build tree lays them out. Nothing absolute is built in, so an installed tree may
+// be moved anywhere and a build tree may be deleted.
+std::string FindLibrary(const char* name) {
+    const std::string here = ExecutableDirectory();
+    for (const std::string& dir :
+         {here + "/" VANTOR_SIM_INSTALLED_LIBS, here, here + "/" VANTOR_SIM_BUILT_PLATFORM}) {
+        if (IsFile(dir + "/" + name)) return Canonical(dir + "/" + name);
     }
-    Fail(std::string("cannot find ") + name + " (is the simulator installed whole?)");
+    Fail(std::string("cannot find ") + name + " near " + here +
+         " (is the simulator installed whole?)");
+}
+
+bool HasFonts(const std::string& dir) {
+    return IsFile(dir + "/lr.tf") && IsFile(dir + "/lb.tf");
 }
 
 std::string FindFonts(const std::string& given) {
-    const std::string candidates[] = {given, "/usr/share/fonts/vantor", VANTOR_SIM_BUILD_FONTS};
-    for (const std::string& dir : candidates) {
-        if (!dir.empty() && IsFile(dir + "/lr.tf") && IsFile(dir + "/lb.tf")) return dir;
+    if (!given.empty()) {
+        if (!IsDirectory(given)) Fail("--fonts " + given + ": no such directory");
+        if (!HasFonts(given)) Fail("--fonts " + given + ": lr.tf and lb.tf are not both there");
+        return Canonical(given);
     }
-    if (!given.empty()) Fail("no lr.tf and lb.tf in " + given);
+    const std::string here = ExecutableDirectory();
+    for (const std::string& dir :
+         {here + "/" VANTOR_SIM_INSTALLED_FONTS, here + "/" VANTOR_SIM_BUILT_FONTS,
+          std::string("/usr/share/fonts/vantor")}) {
+        if (HasFonts(dir)) return Canonical(dir);
+    }
     Fail("no fonts installed: give --fonts DIR holding lr.tf and lb.tf");
 }
 
-void Export(const Options& options) {
-    const std::string preload = FindLibrary("libvantor-platform.so", VANTOR_SIM_PLATFORM_DIR) +
-                                ":" + FindLibrary("libvantor-sim.so", VANTOR_SIM_DRIVER_DIR);
-    setenv("LD_PRELOAD", preload.c_str(), 1);
-    setenv("VANTOR_SIM_PARENT", std::to_string(getpid()).c_str(), 1);
-    setenv("VANTOR_SIM_SCREEN", options.screen.c_str(), 1);
-    setenv("VANTOR_SIM_FB", options.fb.c_str(), 1);
-    setenv("VANTOR_SIM_FONTS", FindFonts(options.fonts).c_str(), 1);
-    setenv("VANTOR_SIM_KEYS", VantorSim::EncodeKeyScript(options.keys).c_str(), 1);
-    setenv("VANTOR_SIM_SCALE", std::to_string(options.scale).c_str(), 1);
-    setenv("VANTOR_SIM_SHOTS", options.shots.c_str(), 1);
-    if (options.shotOnUpdate) setenv("VANTOR_SIM_SHOT_ON_UPDATE", "1", 1);
-    if (!options.keysGiven) {
-        if (!isatty(STDIN_FILENO)) Fail("no keys: give --keys or --key-file, or run in a terminal");
-        setenv("VANTOR_SIM_TERMINAL", "1", 1);
-    }
+// The environment every process of the session inherits; set in the child only.
+struct Environment {
+    std::vector<std::pair<std::string, std::string>> values;
+    void Set(const char* name, const std::string& value) { values.emplace_back(name, value); }
+};
+
+Environment environment;
+
+Environment Prepare(const Options& options, const std::string& session) {
+    Environment env;
+    env.Set("LD_PRELOAD",
+            FindLibrary("libvantor-platform.so") + ":" + FindLibrary("libvantor-sim.so"));
+    env.Set("VANTOR_SIM_SESSION", session);
+    env.Set("VANTOR_SIM_SCREEN", options.screen);
+    env.Set("VANTOR_SIM_FB", options.fb);
+    env.Set("VANTOR_SIM_FONTS", FindFonts(options.fonts));
+    env.Set("VANTOR_SIM_KEYS", VantorSim::EncodeKeyScript(options.keys));
+    env.Set("VANTOR_SIM_SCALE", std::to_string(options.scale));
+    env.Set("VANTOR_SIM_SHOTS", options.shots);
+    if (options.shotOnUpdate) env.Set("VANTOR_SIM_SHOT_ON_UPDATE", "1");
+    if (options.view && isatty(STDERR_FILENO)) env.Set("VANTOR_SIM_VIEW", "1");
+    if (!options.keysGiven) env.Set("VANTOR_SIM_TERMINAL", "1");
     // Sanitized builds of the program must accept a preloaded object ahead of their runtime.
     const char* asan = std::getenv("ASAN_OPTIONS");
-    setenv("ASAN_OPTIONS", (std::string(asan ? asan : "") + ":verify_asan_link_order=0").c_str(),
-           1);
+    env.Set("ASAN_OPTIONS", std::string(asan ? asan : "") + ":verify_asan_link_order=0");
+    return env;
+}
+
+void ExportEnvironment() {
+    for (const auto& [name, value] : environment.values) setenv(name.c_str(), value.c_str(), 1);
+}
+
+void MakeShotDirectory(const std::string& dir) {
+    if (dir.empty()) return;
+    for (size_t slash = 1; slash != std::string::npos;) {
+        slash = dir.find('/', slash + 1);
+        mkdir(dir.substr(0, slash).c_str(), 0755);
+    }
+    if (!IsDirectory(dir)) Fail("cannot make the screenshot directory " + dir);
+}
+
+// The session's files go on every way out that leaves this process running: its own
+// end, a failure after the session was made, and the end of a program killed by a
+// signal or stopped by the simulator.
+VantorSim::SessionDirectory session;
+VantorSim::TerminalKeys terminal;
+
+void CleanUp() {
+    terminal.Stop();
+    session.Remove();
+}
+
+// Keys typed on the terminal go straight into the session's keypad, so a program gets
+// them whenever it waits, however long its wait.
+void ReadTerminal(pid_t group) {
+    const int code = terminal.Poll(100);
+    if (code == VantorSim::TerminalKeys::kQuit) {
+        VantorSim::SessionState(session.StatePath()).Update([](auto& fields) {
+            fields.ending = VantorSim::SessionState::QuitFromTerminal;
+        });
+        std::fputs("vantor-sim: quit from the terminal\n", stderr);
+        kill(-group, SIGTERM);
+    } else if (code > 0) {
+        session.QueueKey(code);
+    }
+}
+
+int ExitStatus(int status, const char* program) {
+    const VantorSim::SessionState::Fields state =
+        VantorSim::SessionState(session.StatePath()).Read();
+    if (state.ending == VantorSim::SessionState::ScriptUsedUp) return 3;
+    if (state.ending == VantorSim::SessionState::QuitFromTerminal) return 0;
+    if (const int signal = VantorSim::Supervisor::Received()) return 128 + signal;
+    if (WIFSIGNALED(status)) {
+        std::fprintf(stderr, "vantor-sim: %s ended by signal %d\n", program, WTERMSIG(status));
+        return 128 + WTERMSIG(status);
+    }
+    return WEXITSTATUS(status);
+}
+
+void ReportShots(const Options& options) {
+    if (options.shots.empty()) return;
+    const int frames = VantorSim::SessionState(session.StatePath()).Read().frames;
+    std::fprintf(stderr, "vantor-sim: %d screenshots in %s\n", frames, options.shots.c_str());
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
     Options options = Parse(argc, argv);
-    if (!options.shots.empty()) {
-        std::system(("mkdir -p '" + options.shots + "'").c_str());
-        if (!IsDirectory(options.shots))
-            Fail("cannot make the screenshot directory " + options.shots);
+    if (!options.keysGiven && !isatty(STDIN_FILENO))
+        Fail("no keys: give --keys or --key-file, or run in a terminal");
+    MakeShotDirectory(options.shots);
+    // Absolute, since a script's commands may each run in another directory.
+    if (!options.shots.empty()) options.shots = Canonical(options.shots);
+    VantorSim::Supervisor::CatchSignals();  // before there is anything to clean up
+    if (!session.Create())
+        Fail(std::string("cannot make a session directory: ") + std::strerror(errno));
+    std::atexit(CleanUp);
+    environment = Prepare(options, session.Path());
+    if (!options.keysGiven) terminal.Start();
+
+    VantorSim::Supervisor supervisor;
+    if (supervisor.Start(options.program.data(), options.keysGiven, ExportEnvironment) < 0) {
+        if (const int signal = VantorSim::Supervisor::Received()) return 128 + signal;
+        Fail(std::string("cannot start the program: ") + std::strerror(errno));
     }
-    Export(options);
-    const pid_t child = fork();
-    if (child < 0) Fail(std::string("cannot start the program: ") + std::strerror(errno));
-    if (child == 0) {
-        execvp(options.program[0], options.program.data());
-        std::fprintf(stderr, "vantor-sim: cannot run %s: %s\n", options.program[0],
-                     std::strerror(errno));
-        _exit(127);
-    }
-    int status = 0;
-    while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
-    }
-    if (WIFSIGNALED(status)) {
-        std::fprintf(stderr, "vantor-sim: %s ended by signal %d\n", options.program[0],
-                     WTERMSIG(status));
-        return 128 + WTERMSIG(status);
-    }
-    return WEXITSTATUS(status);
+    const int status =
+        ExitStatus(supervisor.Wait(options.keysGiven ? nullptr : ReadTerminal), options.program[0]);
+    ReportShots(options);
+    return status;
 }

@@ -39,9 +39,9 @@ int TerminalKeys::Poll(int milliseconds) {
     switch (byte) {
         case '\r':
         case '\n':
-            return 50;
+            return 149;  // ok
         case ' ':
-            return 149;
+            return 50;  // select
         case 127:
         case '\b':
             return 150;
