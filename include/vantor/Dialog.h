@@ -20,6 +20,7 @@ class VANTOR_API CDialog : public CCanvas {
     ~CDialog() override;
 
     int CreateMenu();
+    int QueryDialog(const CScreen& screen, float timeout);
     int QueryDialog(unsigned int* screen, int screenWidth, int screenHeight, float timeout);
 
     CKeypad& keypad;

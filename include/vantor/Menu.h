@@ -22,6 +22,7 @@ class VANTOR_API CMenu : public CCanvas {
     int AddItem(int id, const char* text, bool selected);
     int Draw();
     int AdjustColors();
+    int QueryMenu(const CScreen& screen, float timeout);
     int QueryMenu(unsigned int* screen, int screenWidth, int screenHeight, float timeout);
     // Deletes the entries like the canvas does, and forgets the selection with them.
     void Clear();
@@ -33,8 +34,8 @@ class VANTOR_API CMenu : public CCanvas {
     eAlignMode itemAlignment;
 
   private:
-    int WaitForChoice(unsigned int* screen, int screenWidth, int screenHeight, float timeout);
-    void PaintMenu(unsigned int* screen, int screenWidth, int screenHeight);
+    int WaitForChoice(const CScreen& screen, float timeout);
+    void PaintMenu(const CScreen& screen);
     void SelectNeighbour(bool forward);
     int SelectedId() const;
 };
