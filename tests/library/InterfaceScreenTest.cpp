@@ -52,13 +52,6 @@ TEST_F(Interface, MissingFontIsNamedAndNothingStaysOpen) {
     EXPECT_EQ(1, FramebufferUnmaps());
 }
 
-TEST_F(Interface, ScreensOfAnotherLayoutAreRefused) {
-    UseScreen(320, 240, 16);
-    std::string out = CaptureStdoutOf([] { EXPECT_EQ(nullptr, InitFramebuffer("/dev/fb0")); });
-    EXPECT_NE(std::string::npos, out.find("CFramebuffer: unsupported screen layout on /dev/fb0"));
-    EXPECT_EQ(0, OpenFramebufferDescriptors());
-}
-
 TEST_F(Interface, SuccessReturnsTheRecordAndASecondInitReplacesEverything) {
     void* record = InitFramebuffer("/dev/fb0");
     EXPECT_EQ(static_cast<void*>(pContext), record);
