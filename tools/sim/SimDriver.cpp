@@ -14,6 +14,7 @@
 #include <thread>
 
 #include "KeyScript.h"
+#include "Panel.h"
 #include "PngWriter.h"
 #include "TerminalKeys.h"
 #include "vantor_platform.h"
@@ -82,7 +83,10 @@ void Session::Start() {
     for (const KeyStep& step : DecodeKeyScript(Env("VANTOR_SIM_KEYS"))) script.push_back(step);
     fromTerminal = !Env("VANTOR_SIM_TERMINAL").empty() && terminal.Start();
 
-    vp_screen screen = {width, height, width, height, 32, 0};
+    Panel panel;
+    if (!Env("VANTOR_SIM_PANEL").empty() && !Panel::Decode(Env("VANTOR_SIM_PANEL"), panel))
+        Fail("bad panel in VANTOR_SIM_PANEL");
+    const vp_screen screen = panel.Screen(width, height);
     if (vp_fb_add(device.c_str(), &screen) != 0) Fail("cannot make the screen " + device);
     if (vp_dir_map("/usr/share/fonts/vantor", Env("VANTOR_SIM_FONTS").c_str()) != 0) {
         Fail("cannot use the fonts in " + Env("VANTOR_SIM_FONTS"));
@@ -96,9 +100,12 @@ void Session::Start() {
 // its keys would otherwise leave hundreds of identical files.
 void Session::Shot() {
     if (shots.empty()) return;
-    const uint32_t* pixels = vp_fb_pixels(device.c_str());
-    if (pixels == nullptr) return;
-    const unsigned long long print = Fingerprint(pixels, size_t(width) * height);
+    // What the panel shows: the visible page, read by the device's own layout.
+    const std::vector<uint32_t> page =
+        ReadVisiblePage(device, reinterpret_cast<const uint8_t*>(vp_fb_pixels(device.c_str())));
+    if (page.size() != size_t(width) * height) return;
+    const uint32_t* pixels = page.data();
+    const unsigned long long print = Fingerprint(pixels, page.size());
     if (shotCount > 0 && print == lastShot) return;
     char name[32];
     std::snprintf(name, sizeof(name), "/%04d.png", ++shotCount);
