@@ -77,19 +77,76 @@ inline uint32_t Load(const uint8_t* device) {
     return device[0] | (uint32_t(device[1]) << 8) | (uint32_t(device[2]) << 16);
 }
 
-template <int Bytes>
-void EncodeAll(const Packer& pack, const uint32_t* colours, uint8_t* device, size_t count) {
-    for (size_t i = 0; i < count; ++i) Store<Bytes>(device + i * Bytes, pack(colours[i]));
+// The loops run in blocks of a fixed count over buffers that never overlap (a canvas
+// or background buffer and screen memory), which the compiler turns into vector code
+// even at -O2; the few pixels left over take the same path one by one.
+const size_t kBlock = 16;
+
+// Four 24-bit pixels are exactly three words. On a little-endian CPU moving whole
+// words gives the same bytes as Store<3>/Load<3>, at a fraction of the cost.
+const bool kLittleEndian = __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__;
+
+void StoreBlock24(uint8_t* __restrict device, const uint32_t* __restrict v) {
+    for (size_t g = 0; g < kBlock; g += 4, v += 4, device += 12) {
+        const uint32_t words[3] = {v[0] | v[1] << 24, v[1] >> 8 | v[2] << 16,
+                                   v[2] >> 16 | v[3] << 8};
+        std::memcpy(device, words, 12);
+    }
+}
+
+void LoadBlock24(const uint8_t* __restrict device, uint32_t* __restrict v) {
+    for (size_t g = 0; g < kBlock; g += 4, v += 4, device += 12) {
+        uint32_t w[3];
+        std::memcpy(w, device, 12);
+        v[0] = w[0] & 0xFFFFFF;
+        v[1] = (w[0] >> 24 | w[1] << 8) & 0xFFFFFF;
+        v[2] = (w[1] >> 16 | w[2] << 16) & 0xFFFFFF;
+        v[3] = w[2] >> 8;
+    }
 }
 
 template <int Bytes>
-void ReadAll(const uint8_t* device, uint32_t* raw, size_t count) {
-    for (size_t i = 0; i < count; ++i) raw[i] = Load<Bytes>(device + i * Bytes);
+void EncodeAll(const Packer& pack, const uint32_t* __restrict colours, uint8_t* __restrict device,
+               size_t count) {
+    const Packer local = pack;
+    size_t i = 0;
+    for (; i + kBlock <= count; i += kBlock) {
+        if (Bytes == 3 && kLittleEndian) {
+            uint32_t values[kBlock];
+            for (size_t k = 0; k < kBlock; ++k) values[k] = local(colours[i + k]);
+            StoreBlock24(device + i * 3, values);
+        } else {
+            for (size_t k = 0; k < kBlock; ++k)
+                Store<Bytes>(device + (i + k) * Bytes, local(colours[i + k]));
+        }
+    }
+    for (; i < count; ++i) Store<Bytes>(device + i * Bytes, local(colours[i]));
 }
 
 template <int Bytes>
-void WriteAll(const uint32_t* raw, uint8_t* device, size_t count) {
-    for (size_t i = 0; i < count; ++i) Store<Bytes>(device + i * Bytes, raw[i]);
+void ReadAll(const uint8_t* __restrict device, uint32_t* __restrict raw, size_t count) {
+    size_t i = 0;
+    for (; i + kBlock <= count; i += kBlock) {
+        if (Bytes == 3 && kLittleEndian) {
+            LoadBlock24(device + i * 3, raw + i);
+        } else {
+            for (size_t k = 0; k < kBlock; ++k) raw[i + k] = Load<Bytes>(device + (i + k) * Bytes);
+        }
+    }
+    for (; i < count; ++i) raw[i] = Load<Bytes>(device + i * Bytes);
+}
+
+template <int Bytes>
+void WriteAll(const uint32_t* __restrict raw, uint8_t* __restrict device, size_t count) {
+    size_t i = 0;
+    for (; i + kBlock <= count; i += kBlock) {
+        if (Bytes == 3 && kLittleEndian) {
+            StoreBlock24(device + i * 3, raw + i);
+        } else {
+            for (size_t k = 0; k < kBlock; ++k) Store<Bytes>(device + (i + k) * Bytes, raw[i + k]);
+        }
+    }
+    for (; i < count; ++i) Store<Bytes>(device + i * Bytes, raw[i]);
 }
 
 }  // namespace
