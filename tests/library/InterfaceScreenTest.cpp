@@ -69,20 +69,6 @@ TEST_F(Interface, SuccessReturnsTheRecordAndASecondInitReplacesEverything) {
     EXPECT_EQ(1, OpenFramebufferDescriptors());
 }
 
-TEST_F(Interface, UpdateSavesTheScreenSoRestorePutsItBack) {
-    FillScreen(0x112233);
-    InitFramebuffer("/dev/fb0");
-    ASSERT_EQ(0, InitCanvas(0, 0, kWidth, kHeight));
-    EXPECT_EQ(0, Restore());
-    EXPECT_EQ(0x112233u, Pixel(100, 100));
-
-    WriteText(0, 0, "AB", 0xFFFFFF, 0);
-    EXPECT_EQ(0, Update());
-    EXPECT_EQ(0u, Pixel(100, 100));  // the canvas is black where it has no text
-    EXPECT_EQ(0, Restore());
-    EXPECT_EQ(0x112233u, Pixel(100, 100));
-}
-
 TEST_F(Interface, CanvasSizesAndMissingCanvasAreRefused) {
     InitFramebuffer("/dev/fb0");
     EXPECT_EQ(-2, Update());

@@ -52,16 +52,8 @@ TEST_F(Platform, FramebufferAnswersLikeADriverAndSharesItsMemory) {
     EXPECT_EQ(480u, info.var.yres);
     EXPECT_EQ(800u, info.var.xres_virtual);
     EXPECT_EQ(960u, info.var.yres_virtual);
-    EXPECT_EQ(32u, info.var.bits_per_pixel);
-    EXPECT_EQ(16u, info.var.red.offset);
-    EXPECT_EQ(8u, info.var.green.offset);
-    EXPECT_EQ(0u, info.var.blue.offset);
-    EXPECT_EQ(8u, info.var.blue.length);
-    EXPECT_EQ(0u, info.var.transp.length);
-    EXPECT_EQ(0u, info.var.yoffset);
+    EXPECT_EQ(16u, info.var.red.offset);  // layouts and sizes: the table test below
     EXPECT_STREQ("vantor-virt", info.fix.id);
-    EXPECT_EQ(3200u, info.fix.line_length);
-    EXPECT_EQ(3200u * 960, info.fix.smem_len);
     EXPECT_EQ(unsigned(FB_TYPE_PACKED_PIXELS), info.fix.type);
     EXPECT_EQ(unsigned(FB_VISUAL_TRUECOLOR), info.fix.visual);
 

@@ -86,7 +86,7 @@ compare_screens() {
   "$compare" "$(reference_screen xrgb8888)" device:"$results/bochs" ppm:"$results/bochs.ppm" \
     ppm:"$results/bochs-drawn.ppm" ppm:"$results/bochs-shown.ppm" ||
     fail "bochs differs from the simulator's picture"
-  "$compare" "$(reference_screen bgr565)" device:"$results/vfb16" ||
+  "$compare" "$(reference_screen bgr565)" device:"$results/vfb16" ppm:"$results/vfb16.ppm" ||
     fail "vfb at 16 bits differs from the simulator's picture"
 }
 
