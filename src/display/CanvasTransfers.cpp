@@ -30,7 +30,8 @@ Span ClipToScreen(const CFrame& frame, int x1, int y1, int x2, int y2, const CSc
     span.endColumn = int(std::max<long long>(std::min<long long>(x2, screen.width - originX), 0));
     span.firstRow = int(std::max<long long>(y1, -originY));
     span.endRow = int(std::max<long long>(std::min<long long>(y2, screen.height - originY), 0));
-    if (screen.pStart == nullptr) span.endRow = span.firstRow;
+    // No memory, or a layout a host made up that cannot be written: nothing to do.
+    if (screen.pStart == nullptr || !screen.format.IsValid()) span.endRow = span.firstRow;
     return span;
 }
 

@@ -108,14 +108,13 @@ bool CFramebuffer::HasDrawableFormat(const char* device) {
 // becomes an address.
 bool CFramebuffer::HasUsableGeometry(const char* device) {
     const uint64_t row = uint64_t(varInfo.xres_virtual) * screen.format.getBytesPerPixel();
-    if (fixInfo.line_length == 0) fixInfo.line_length = uint32_t(row);
-    const uint64_t bytes = uint64_t(fixInfo.line_length) * varInfo.yres_virtual;
-    const bool usable = varInfo.xres_virtual > 0 && varInfo.yres_virtual > 0 && varInfo.xres > 0 &&
-                        varInfo.yres > 0 && varInfo.xres_virtual <= kMaxSide &&
-                        varInfo.yres_virtual <= kMaxSide &&
-                        varInfo.xoffset < varInfo.xres_virtual &&
-                        varInfo.yoffset < varInfo.yres_virtual && fixInfo.line_length >= row &&
-                        bytes <= SIZE_MAX && (fixInfo.smem_len == 0 || fixInfo.smem_len >= bytes);
+    const uint64_t line = fixInfo.line_length != 0 ? fixInfo.line_length : row;
+    const uint64_t bytes = line * varInfo.yres_virtual;
+    const bool usable =
+        varInfo.xres_virtual > 0 && varInfo.yres_virtual > 0 && varInfo.xres > 0 &&
+        varInfo.yres > 0 && varInfo.xres_virtual <= kMaxSide && varInfo.yres_virtual <= kMaxSide &&
+        varInfo.xoffset < varInfo.xres_virtual && varInfo.yoffset < varInfo.yres_virtual &&
+        line >= row && bytes <= SIZE_MAX && (fixInfo.smem_len == 0 || fixInfo.smem_len >= bytes);
     if (!usable) {
         printf(
             "%s: unsupported screen geometry on %s: %ux%u at %u,%u in %ux%u, %u bytes per "
@@ -127,7 +126,7 @@ bool CFramebuffer::HasUsableGeometry(const char* device) {
     mappedBytes = size_t(bytes);
     screen.width = int(std::min(varInfo.xres, varInfo.xres_virtual - varInfo.xoffset));
     screen.height = int(std::min(varInfo.yres, varInfo.yres_virtual - varInfo.yoffset));
-    screen.stride = fixInfo.line_length;
+    screen.stride = size_t(line);
     return true;
 }
 
