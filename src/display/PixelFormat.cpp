@@ -86,22 +86,29 @@ const size_t kBlock = 16;
 // words gives the same bytes as Store<3>/Load<3>, at a fraction of the cost.
 const bool kLittleEndian = __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__;
 
-void StoreBlock24(uint8_t* __restrict device, const uint32_t* __restrict v) {
-    for (size_t g = 0; g < kBlock; g += 4, v += 4, device += 12) {
-        const uint32_t words[3] = {v[0] | v[1] << 24, v[1] >> 8 | v[2] << 16,
-                                   v[2] >> 16 | v[3] << 8};
-        std::memcpy(device, words, 12);
-    }
+void StoreWord(uint8_t* device, uint32_t word) {
+    std::memcpy(device, &word, 4);
+}
+
+void StoreGroup24(uint8_t* device, const uint32_t* v) {
+    StoreWord(device, v[0] | v[1] << 24);
+    StoreWord(device + 4, v[1] >> 8 | v[2] << 16);
+    StoreWord(device + 8, v[2] >> 16 | v[3] << 8);
+}
+
+uint32_t LoadWord(const uint8_t* device) {
+    uint32_t word;
+    std::memcpy(&word, device, 4);
+    return word;
 }
 
 void LoadBlock24(const uint8_t* __restrict device, uint32_t* __restrict v) {
     for (size_t g = 0; g < kBlock; g += 4, v += 4, device += 12) {
-        uint32_t w[3];
-        std::memcpy(w, device, 12);
-        v[0] = w[0] & 0xFFFFFF;
-        v[1] = (w[0] >> 24 | w[1] << 8) & 0xFFFFFF;
-        v[2] = (w[1] >> 16 | w[2] << 16) & 0xFFFFFF;
-        v[3] = w[2] >> 8;
+        const uint32_t w0 = LoadWord(device), w1 = LoadWord(device + 4), w2 = LoadWord(device + 8);
+        v[0] = w0 & 0xFFFFFF;
+        v[1] = (w0 >> 24 | w1 << 8) & 0xFFFFFF;
+        v[2] = (w1 >> 16 | w2 << 16) & 0xFFFFFF;
+        v[3] = w2 >> 8;
     }
 }
 
@@ -112,9 +119,10 @@ void EncodeAll(const Packer& pack, const uint32_t* __restrict colours, uint8_t* 
     size_t i = 0;
     for (; i + kBlock <= count; i += kBlock) {
         if (Bytes == 3 && kLittleEndian) {
+            // Packed as one vector step, then stored as whole words.
             uint32_t values[kBlock];
             for (size_t k = 0; k < kBlock; ++k) values[k] = local(colours[i + k]);
-            StoreBlock24(device + i * 3, values);
+            for (size_t g = 0; g < kBlock; g += 4) StoreGroup24(device + (i + g) * 3, values + g);
         } else {
             for (size_t k = 0; k < kBlock; ++k)
                 Store<Bytes>(device + (i + k) * Bytes, local(colours[i + k]));
@@ -141,7 +149,7 @@ void WriteAll(const uint32_t* __restrict raw, uint8_t* __restrict device, size_t
     size_t i = 0;
     for (; i + kBlock <= count; i += kBlock) {
         if (Bytes == 3 && kLittleEndian) {
-            StoreBlock24(device + i * 3, raw + i);
+            for (size_t g = i; g < i + kBlock; g += 4) StoreGroup24(device + g * 3, raw + g);
         } else {
             for (size_t k = 0; k < kBlock; ++k) Store<Bytes>(device + (i + k) * Bytes, raw[i + k]);
         }
