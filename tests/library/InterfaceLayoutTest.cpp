@@ -152,12 +152,6 @@ TEST_F(Interface, LayoutsTheLibraryCannotDrawAreRefusedWithOneLine) {
         {{64, 32, 64, 32, 8, 0, VP_PALETTE8},
          "unsupported pixel layout on /dev/fb0: 8 bits per pixel, red 0/8, green 0/8, blue 0/8 "
          "(offset/length)\n"},
-        {{64, 32, 64, 32, 12, 0},
-         "unsupported pixel layout on /dev/fb0: 12 bits per pixel, red 8/4, green 4/4, blue 0/4 "
-         "(offset/length)\n"},
-        {{64, 32, 64, 32, 16, 0, VP_NO_FIELDS},
-         "unsupported pixel layout on /dev/fb0: 16 bits per pixel, red 0/0, green 0/0, blue 0/0 "
-         "(offset/length)\n"},
         {{64, 32, 64, 32, 32, 200},
          "unsupported screen geometry on /dev/fb0: 64x32 at 0,0 in 64x32, 200 bytes per line, "
          "6400 bytes of memory\n"},
