@@ -1,7 +1,7 @@
 /*
  * demo - a recovery/update screen as a device would show it.
  *
- *   demo [DEVICE [WIDTHxHEIGHT]]      (default /dev/fb0 800x480)
+ *   demo [DEVICE [WIDTHxHEIGHT]]      (default /dev/fb0, the panel's own size)
  *
  * A title in the bold font, aligned and inverse text, a menu, Yes/No and Ok dialogs,
  * and a progress window that copies two files while its bar advances. It runs
@@ -128,6 +128,8 @@ int main(int argc, char** argv) {
         return 2;
     }
     if (InitFramebuffer(device) == NULL) return 1;
+    /* Lay out for the panel we run on unless the caller asked for a size. */
+    if (argc <= 2) getScreenSize(&width, &height);
     if (InitCanvas(0, 0, width, height) != 0) return 1;
     draw_home_screen();
     if (InitKeypad() != 0) {

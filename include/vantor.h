@@ -7,6 +7,12 @@
  *
  * Start with InitFramebuffer, then InitCanvas for text, InitKeypad before menus and
  * dialogs. Result 0 is success; the failure codes of each call are listed with it.
+ *
+ * Panels: 32 bits in any byte order (XRGB8888, XBGR8888, RGBX8888, BGRX8888, and any
+ * other 8-bit-channel layout), 24 bits (RGB888, BGR888), 16 bits (RGB565, BGR565), any
+ * row padding, the visible page at any pan offset. Other 16/24/32-bit layouts with
+ * channels of 1 to 8 bits work too; palettes, 12 bits and FOURCC modes are refused.
+ * Colours are cut to a narrower channel by keeping its top bits (see docs/PANELS.md).
  */
 #ifndef VANTOR_H
 #define VANTOR_H
@@ -50,7 +56,8 @@ extern "C" {
 
 /* Opens the framebuffer device (e.g. "/dev/fb0"), maps it and loads the fonts
  * /usr/share/fonts/vantor/lr.tf and lb.tf. Returns the library's state record
- * (opaque) or NULL with one line on stderr. A second call replaces the first
+ * (opaque) or NULL with one line on stderr (and, for a device it cannot draw on, one
+ * line on stdout naming the device's layout). A second call replaces the first
  * framebuffer and deletes the canvas and widgets that drew on it. */
 VANTOR_C_API void* InitFramebuffer(const char* device);
 
@@ -81,12 +88,12 @@ VANTOR_C_API int WriteTextWithBackground(int x, int y, const char* text, uint32_
 /* align is an eAlignMode: left, centre or right, optionally plus eAlignFillLine. */
 VANTOR_C_API int WriteAlignedTextWithBackground(int x, int y, const char* text, uint32_t fg,
                                                 uint32_t bg, int font, int align);
-/* Size of the visible screen in pixels, so a host can lay out for any panel; either
- * pointer may be NULL.  0 ok;  -2 no framebuffer. */
+/* Size of the visible page in pixels (xres x yres, cut to the virtual screen), so a
+ * host can lay out for any panel; either pointer may be NULL.  0 ok;  -2 no framebuffer. */
 VANTOR_C_API int getScreenSize(int* width, int* height);
 /* Cell size of a font; either pointer may be NULL.  0 ok;  -2 no framebuffer or bad font. */
 VANTOR_C_API int getFontSize(int font, int* width, int* height);
-/* Packed R,G,B bytes to the screen's pixel words (B,G,R,0 bytes). dst must hold
+/* Packed R,G,B bytes to the library's colour words 0x00RRGGBB (B,G,R,0 bytes). dst must hold
  * 4 bytes per whole RGB triple. Returns 4*size/3;  -2 NULL pointer or size < 1. */
 VANTOR_C_API int RGB_to_RGBA(const unsigned char* src, unsigned char* dst, int size);
 

@@ -10,6 +10,7 @@
 #include "vantor/GObj.h"
 #include "vantor/Point.h"
 #include "vantor/RGBA24.h"
+#include "vantor/Screen.h"
 
 namespace Vantor {
 
@@ -53,8 +54,14 @@ class VANTOR_API CCanvas {
     int setRectangle(const CPoint& a, const CPoint& b, const CRGBA24& colour);
     int setRectangleFrame(const CPoint& a, const CPoint& b, const CRGBA24& colour);
 
-    // Transfers between the canvas and a screen of 32-bit pixels in rows of
-    // screenWidth; everything off the screen is skipped.
+    // Transfers between the canvas and a screen; everything off the screen is skipped.
+    // The background buffer holds the screen's own pixel values, so restoring gives
+    // back its exact bytes in any layout. The triple forms take plain memory of
+    // 0x00RRGGBB pixels in rows of screenWidth.
+    void SaveBackground(const CScreen& screen);
+    void RestoreBackground(const CScreen& screen);
+    int Paint(const CPoint& a, const CPoint& b, const CScreen& screen);
+    int Paint(const CScreen& screen);
     void SaveBackground(unsigned int* screen, int screenWidth, int screenHeight);
     void RestoreBackground(unsigned int* screen, int screenWidth, int screenHeight);
     int Paint(const CPoint& a, const CPoint& b, unsigned int* screen, int screenWidth,
@@ -73,9 +80,6 @@ class VANTOR_API CCanvas {
     void AllocateBuffers();
     void FillPixels(uint32_t value);
     void DeleteObjects();
-    template <typename Copy>
-    void ForEachScreenPixel(int x1, int y1, int x2, int y2, unsigned int* screen, int screenWidth,
-                            int screenHeight, Copy copy);
 };
 
 }  // namespace Vantor

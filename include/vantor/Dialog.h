@@ -21,6 +21,7 @@ class VANTOR_API CDialog : public CCanvas {
 
     int CreateMenu();
     // 0 for type 0, else what the button menu's query answers (-2: keypad device lost).
+    int QueryDialog(const CScreen& screen, float timeout);
     int QueryDialog(unsigned int* screen, int screenWidth, int screenHeight, float timeout);
 
     CKeypad& keypad;

@@ -7,6 +7,7 @@
 
 #include "vantor/Enums.h"
 #include "vantor/Export.h"
+#include "vantor/Screen.h"
 
 namespace Vantor {
 
@@ -29,8 +30,11 @@ class VANTOR_API CFramebuffer {
     CFramebuffer(const CFramebuffer&) = delete;
     CFramebuffer& operator=(const CFramebuffer&) = delete;
 
-    int getScreenWidth() const { return static_cast<int>(varInfo.xres_virtual); }
-    int getScreenHeight() const { return static_cast<int>(varInfo.yres_virtual); }
+    // The visible page: what every canvas and widget is drawn onto. A paint through it
+    // also tells the driver to show the new pixels.
+    const CScreen& getScreen() const { return screen; }
+    int getScreenWidth() const { return screen.width; }
+    int getScreenHeight() const { return screen.height; }
 
     CCanvas* CreateCanvas(int x, int y, int width, int height);
     int Refresh(CCanvas& canvas);
@@ -51,12 +55,16 @@ class VANTOR_API CFramebuffer {
   private:
     bool Open(const char* device);
     bool ReadScreenInfo(const char* device);
-    bool HasSupportedLayout(const char* device) const;
+    bool DescribeScreen(const char* device);
+    bool HasDrawableFormat(const char* device);
+    bool HasUsableGeometry(const char* device);
     bool Map(const char* device);
     void LoadFonts();
     void Release();
     void CloseDevice();
-    size_t MappingSize() const;
+
+    size_t mappedBytes;
+    CScreen screen;
 };
 
 }  // namespace Vantor

@@ -23,6 +23,7 @@ class VANTOR_API CMenu : public CCanvas {
     int Draw();
     int AdjustColors();
     // The chosen entry's id, 0, -1, -3 or -4; -2 when the keypad lost its device.
+    int QueryMenu(const CScreen& screen, float timeout);
     int QueryMenu(unsigned int* screen, int screenWidth, int screenHeight, float timeout);
     // Deletes the entries like the canvas does, and forgets the selection with them.
     void Clear();
@@ -34,8 +35,8 @@ class VANTOR_API CMenu : public CCanvas {
     eAlignMode itemAlignment;
 
   private:
-    int WaitForChoice(unsigned int* screen, int screenWidth, int screenHeight, float timeout);
-    void PaintMenu(unsigned int* screen, int screenWidth, int screenHeight);
+    int WaitForChoice(const CScreen& screen, float timeout);
+    void PaintMenu(const CScreen& screen);
     void SelectNeighbour(bool forward);
     int SelectedId() const;
 };

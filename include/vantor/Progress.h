@@ -20,6 +20,8 @@ class VANTOR_API CProgress : public CCanvas {
 
     void setProgress(float percent);
     void setText(const char* text, eAlignMode alignment);
+    int ShowProgress(const CScreen& screen);
+    int PaintProgress(const CScreen& screen);
     int ShowProgress(unsigned int* screen, int screenWidth, int screenHeight);
     int PaintProgress(unsigned int* screen, int screenWidth, int screenHeight);
     // Deletes the bar and the text like the canvas does and forgets them; the next

@@ -1,6 +1,5 @@
-// The pixel operations of CCanvas and its transfers to and from the screen. Every write
-// into a canvas goes through setPoint; every write onto the screen through Paint and
-// RestoreBackground, both clipped by ForEachScreenPixel.
+// The pixel operations of CCanvas. Every write into a canvas goes through setPoint; the
+// transfers to and from the screen are in CanvasTransfers.cpp.
 #include <algorithm>
 
 #include "vantor/Canvas.h"
@@ -75,60 +74,6 @@ int CCanvas::setRectangleFrame(const CPoint& a, const CPoint& b, const CRGBA24& 
         setPoint(x2, y, colour);
     }
     return 0;
-}
-
-// Visits canvas pixels [x1, x2) x [y1, y2) that fall on the screen, handing the copy
-// the canvas element index and the screen element index.
-template <typename Copy>
-void CCanvas::ForEachScreenPixel(int x1, int y1, int x2, int y2, unsigned int* screen,
-                                 int screenWidth, int screenHeight, Copy copy) {
-    if (screen == nullptr) return;
-    const long long originX = frame.topLeft.x;
-    const long long originY = frame.topLeft.y;
-    const size_t width = static_cast<size_t>(getWidth());
-    // The columns on the screen are the same for every row: clip them once.
-    const long long firstColumn = std::max<long long>(x1, -originX);
-    const long long endColumn = std::min<long long>(x2, screenWidth - originX);
-    for (int r = y1; r < y2; ++r) {
-        const long long sy = originY + r;
-        if (sy < 0 || sy >= screenHeight) continue;
-        const size_t rowStart = static_cast<size_t>(sy) * screenWidth;
-        for (long long c = firstColumn; c < endColumn; ++c) {
-            copy(r * width + c, rowStart + static_cast<size_t>(originX + c));
-        }
-    }
-}
-
-void CCanvas::SaveBackground(unsigned int* screen, int screenWidth, int screenHeight) {
-    if (pBackground == nullptr) return;
-    ForEachScreenPixel(0, 0, getWidth(), getHeight(), screen, screenWidth, screenHeight,
-                       [&](size_t own, size_t onScreen) { pBackground[own] = screen[onScreen]; });
-}
-
-void CCanvas::RestoreBackground(unsigned int* screen, int screenWidth, int screenHeight) {
-    if (pBackground == nullptr) return;
-    ForEachScreenPixel(0, 0, getWidth(), getHeight(), screen, screenWidth, screenHeight,
-                       [&](size_t own, size_t onScreen) { screen[onScreen] = pBackground[own]; });
-}
-
-int CCanvas::Paint(const CPoint& a, const CPoint& b, unsigned int* screen, int screenWidth,
-                   int screenHeight) {
-    const int xa = std::clamp(std::min(a.x, b.x), 0, getWidth());
-    const int xb = std::clamp(std::max(a.x, b.x), 0, getWidth());
-    const int ya = std::clamp(std::min(a.y, b.y), 0, getHeight());
-    const int yb = std::clamp(std::max(a.y, b.y), 0, getHeight());
-    if (xa == xb || ya == yb) return -2;
-    if (pPixels == nullptr) return -2;
-    ForEachScreenPixel(xa, ya, xb, yb, screen, screenWidth, screenHeight,
-                       [&](size_t own, size_t onScreen) { screen[onScreen] = pPixels[own]; });
-    return 0;
-}
-
-int CCanvas::Paint(unsigned int* screen, int screenWidth, int screenHeight) {
-    const int result =
-        Paint(CPoint(0, 0), CPoint(getWidth(), getHeight()), screen, screenWidth, screenHeight);
-    if (result == 0) modified = false;
-    return result;
 }
 
 }  // namespace Vantor

@@ -5,6 +5,8 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <stdexcept>
@@ -23,6 +25,8 @@ namespace {
 const char* const kClassName = "CFramebuffer";
 const char* const kRegularFontPath = "/usr/share/fonts/vantor/lr.tf";
 const char* const kBoldFontPath = "/usr/share/fonts/vantor/lb.tf";
+// Far beyond any panel; keeps every pixel coordinate and row size well inside an int.
+const unsigned kMaxSide = 65536;
 
 }  // namespace
 
@@ -32,11 +36,12 @@ CFramebuffer::CFramebuffer(const char* device)
       fd(-1),
       pScreen(nullptr),
       pFontRegular(nullptr),
-      pFontBold(nullptr) {
+      pFontBold(nullptr),
+      mappedBytes(0) {
     std::memset(&varInfo, 0, sizeof(varInfo));
     std::memset(&fixInfo, 0, sizeof(fixInfo));
     if (device == nullptr) return;
-    if (!Open(device) || !ReadScreenInfo(device) || !HasSupportedLayout(device)) {
+    if (!Open(device) || !ReadScreenInfo(device) || !DescribeScreen(device)) {
         CloseDevice();
         return;
     }
@@ -46,6 +51,7 @@ CFramebuffer::CFramebuffer(const char* device)
     pDevicePath = new char[std::strlen(device) + 1];
     std::strcpy(pDevicePath, device);
     if (!Map(device)) {
+        screen = CScreen();
         delete[] pDevicePath;
         pDevicePath = nullptr;
         CloseDevice();
@@ -82,33 +88,58 @@ bool CFramebuffer::ReadScreenInfo(const char* device) {
     return true;
 }
 
-// Every drawing path writes 32-bit pixels in rows of xres_virtual pixels; a device
-// laid out any other way would be scribbled over, so it is refused.
-bool CFramebuffer::HasSupportedLayout(const char* device) const {
-    const unsigned expectedLine = 4u * varInfo.xres_virtual;
-    if (varInfo.bits_per_pixel == 32 && fixInfo.line_length == expectedLine &&
-        varInfo.xres_virtual > 0 && varInfo.yres_virtual > 0) {
-        return true;
-    }
+bool CFramebuffer::DescribeScreen(const char* device) {
+    return HasDrawableFormat(device) && HasUsableGeometry(device);
+}
+
+bool CFramebuffer::HasDrawableFormat(const char* device) {
+    if (CPixelFormat::FromDevice(varInfo, screen.format)) return true;
     printf(
-        "%s: unsupported screen layout on %s: %u bits per pixel, %u bytes per line, "
-        "%ux%u (needs 32 bits per pixel and %u bytes per line)\n",
-        kClassName, device, varInfo.bits_per_pixel, fixInfo.line_length, varInfo.xres_virtual,
-        varInfo.yres_virtual, expectedLine);
+        "%s: unsupported pixel layout on %s: %u bits per pixel, red %u/%u, green %u/%u, "
+        "blue %u/%u (offset/length)\n",
+        kClassName, device, varInfo.bits_per_pixel, varInfo.red.offset, varInfo.red.length,
+        varInfo.green.offset, varInfo.green.length, varInfo.blue.offset, varInfo.blue.length);
     return false;
 }
 
-size_t CFramebuffer::MappingSize() const {
-    return static_cast<size_t>(varInfo.xres_virtual) * varInfo.yres_virtual * bytesPerPixel;
+// The memory holds yres_virtual rows of line_length bytes (drivers that leave
+// line_length at 0 mean unpadded rows); the visible page is xres x yres at the pan
+// offsets, cut to the virtual area. Everything is checked in 64 bits before any of it
+// becomes an address.
+bool CFramebuffer::HasUsableGeometry(const char* device) {
+    const uint64_t row = uint64_t(varInfo.xres_virtual) * screen.format.getBytesPerPixel();
+    const uint64_t line = fixInfo.line_length != 0 ? fixInfo.line_length : row;
+    const uint64_t bytes = line * varInfo.yres_virtual;
+    const bool usable =
+        varInfo.xres_virtual > 0 && varInfo.yres_virtual > 0 && varInfo.xres > 0 &&
+        varInfo.yres > 0 && varInfo.xres_virtual <= kMaxSide && varInfo.yres_virtual <= kMaxSide &&
+        varInfo.xoffset < varInfo.xres_virtual && varInfo.yoffset < varInfo.yres_virtual &&
+        line >= row && bytes <= SIZE_MAX && (fixInfo.smem_len == 0 || fixInfo.smem_len >= bytes);
+    if (!usable) {
+        printf(
+            "%s: unsupported screen geometry on %s: %ux%u at %u,%u in %ux%u, %u bytes per "
+            "line, %u bytes of memory\n",
+            kClassName, device, varInfo.xres, varInfo.yres, varInfo.xoffset, varInfo.yoffset,
+            varInfo.xres_virtual, varInfo.yres_virtual, fixInfo.line_length, fixInfo.smem_len);
+        return false;
+    }
+    mappedBytes = size_t(bytes);
+    screen.width = int(std::min(varInfo.xres, varInfo.xres_virtual - varInfo.xoffset));
+    screen.height = int(std::min(varInfo.yres, varInfo.yres_virtual - varInfo.yoffset));
+    screen.stride = size_t(line);
+    return true;
 }
 
 bool CFramebuffer::Map(const char* device) {
-    void* memory = mmap(nullptr, MappingSize(), PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0);
+    void* memory = mmap(nullptr, mappedBytes, PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0);
     if (memory == MAP_FAILED) {
         printf("%s: cannot map frame buffer %s to memory\n", kClassName, device);
         return false;
     }
     pScreen = static_cast<uint32_t*>(memory);
+    screen.pStart = static_cast<uint8_t*>(memory) + size_t(varInfo.yoffset) * screen.stride +
+                    size_t(varInfo.xoffset) * screen.format.getBytesPerPixel();
+    screen.AttachDevice(fd, &varInfo);
     return true;
 }
 
@@ -133,9 +164,11 @@ void CFramebuffer::CloseDevice() {
 
 void CFramebuffer::Release() {
     if (pScreen != nullptr) {
-        munmap(pScreen, MappingSize());
+        munmap(pScreen, mappedBytes);
         pScreen = nullptr;
     }
+    mappedBytes = 0;
+    screen = CScreen();
     delete[] pDevicePath;
     pDevicePath = nullptr;
     CloseDevice();
@@ -150,14 +183,14 @@ void CFramebuffer::Release() {
 
 CCanvas* CFramebuffer::CreateCanvas(int x, int y, int width, int height) {
     CCanvas* canvas = new CCanvas(x, y, width, height);
-    canvas->SaveBackground(pScreen, getScreenWidth(), getScreenHeight());
+    canvas->SaveBackground(screen);
     return canvas;
 }
 
 int CFramebuffer::Refresh(CCanvas& canvas) {
     canvas.Refresh();
-    canvas.SaveBackground(pScreen, getScreenWidth(), getScreenHeight());
-    return canvas.Paint(pScreen, getScreenWidth(), getScreenHeight());
+    canvas.SaveBackground(screen);
+    return canvas.Paint(screen);
 }
 
 // The menu starts as an empty canvas; it gets its buffers when it is first fitted
@@ -177,7 +210,7 @@ CDialog* CFramebuffer::CreateDialog(CKeypad& keypad, int x, int y, int width, in
 CProgress* CFramebuffer::CreateProgress(CBitmapFont& font, const char* text, int x, int y,
                                         int width, int height) {
     CProgress* progress = new CProgress(font, text, x, y, width, height);
-    progress->SaveBackground(pScreen, getScreenWidth(), getScreenHeight());
+    progress->SaveBackground(screen);
     return progress;
 }
 

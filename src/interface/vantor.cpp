@@ -225,7 +225,7 @@ int Restore(void) {
                                pContext->pCanvas};
         for (CCanvas* canvas : covering) {
             if (canvas != nullptr) {
-                canvas->RestoreBackground(fb.pScreen, fb.getScreenWidth(), fb.getScreenHeight());
+                canvas->RestoreBackground(fb.getScreen());
             }
         }
         return 0;
@@ -349,7 +349,7 @@ int ShowDialog(const char** lines, int type, int align) {
         CFramebuffer& fb = Screen();
         // Each key wait sleeps up to 0.2 s like the menu's: a dialog that waits for an
         // answer must not keep a core busy. The keys and results are the same.
-        return dialog.QueryDialog(fb.pScreen, fb.getScreenWidth(), fb.getScreenHeight(), 0.2f);
+        return dialog.QueryDialog(fb.getScreen(), 0.2f);
     });
 }
 
@@ -357,7 +357,7 @@ int HideDialog(void) {
     return Guarded("HideDialog", -2, [] {
         if (!IsValid() || pContext->pDialog == nullptr) return -2;
         CFramebuffer& fb = Screen();
-        pContext->pDialog->RestoreBackground(fb.pScreen, fb.getScreenWidth(), fb.getScreenHeight());
+        pContext->pDialog->RestoreBackground(fb.getScreen());
         return 0;
     });
 }
@@ -383,7 +383,7 @@ int ShowMenu(const char** entries, int orientation, int align) {
         menu.Draw();
         menu.Autoresize(3);
         CFramebuffer& fb = Screen();
-        return menu.QueryMenu(fb.pScreen, fb.getScreenWidth(), fb.getScreenHeight(), 0.2f);
+        return menu.QueryMenu(fb.getScreen(), 0.2f);
     });
 }
 
@@ -405,7 +405,7 @@ int ShowProgress(const char* text, int align, float percent) {
         if (text != nullptr) progress.setText(text, static_cast<eAlignMode>(align));
         progress.setProgress(percent);
         CFramebuffer& fb = Screen();
-        progress.ShowProgress(fb.pScreen, fb.getScreenWidth(), fb.getScreenHeight());
+        progress.ShowProgress(fb.getScreen());
         return 0;
     });
 }
@@ -417,11 +417,11 @@ int UpdateProgress(const char* text, int align, float percent) {
         CFramebuffer& fb = Screen();
         progress.setProgress(percent);
         if (text == nullptr) {
-            progress.PaintProgress(fb.pScreen, fb.getScreenWidth(), fb.getScreenHeight());
+            progress.PaintProgress(fb.getScreen());
             return 0;
         }
         progress.setText(text, static_cast<eAlignMode>(align));
-        progress.Paint(fb.pScreen, fb.getScreenWidth(), fb.getScreenHeight());
+        progress.Paint(fb.getScreen());
         return 0;
     });
 }
@@ -430,8 +430,7 @@ int HideProgress(void) {
     return Guarded("HideProgress", -2, [] {
         if (!IsValid() || pContext->pProgress == nullptr) return -2;
         CFramebuffer& fb = Screen();
-        pContext->pProgress->RestoreBackground(fb.pScreen, fb.getScreenWidth(),
-                                               fb.getScreenHeight());
+        pContext->pProgress->RestoreBackground(fb.getScreen());
         return 0;
     });
 }

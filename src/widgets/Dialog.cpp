@@ -46,14 +46,18 @@ int CDialog::CreateMenu() {
 }
 
 // Nothing ever saves the screen under a dialog, so leaving it paints its box black.
-int CDialog::QueryDialog(unsigned int* screen, int screenWidth, int screenHeight, float timeout) {
+int CDialog::QueryDialog(const CScreen& screen, float timeout) {
     if (dialogType != 0) CreateMenu();
     Refresh();
-    Paint(screen, screenWidth, screenHeight);
+    Paint(screen);
     if (dialogType == 0) return 0;
-    const int result = pMenu->QueryMenu(screen, screenWidth, screenHeight, timeout);
-    RestoreBackground(screen, screenWidth, screenHeight);
+    const int result = pMenu->QueryMenu(screen, timeout);
+    RestoreBackground(screen);
     return result;
+}
+
+int CDialog::QueryDialog(unsigned int* screen, int screenWidth, int screenHeight, float timeout) {
+    return QueryDialog(CScreen(screen, screenWidth, screenHeight), timeout);
 }
 
 }  // namespace Vantor

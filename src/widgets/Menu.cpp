@@ -83,35 +83,39 @@ void CMenu::Clear() {
     CCanvas::Clear();
 }
 
-int CMenu::QueryMenu(unsigned int* screen, int screenWidth, int screenHeight, float timeout) {
+int CMenu::QueryMenu(const CScreen& screen, float timeout) {
     // An empty menu, or one never sized, has nothing to show and no buffer to show it from.
     if (objects.empty() || pPixels == nullptr) return -1;
-    SaveBackground(screen, screenWidth, screenHeight);
-    PaintMenu(screen, screenWidth, screenHeight);
-    const int result = WaitForChoice(screen, screenWidth, screenHeight, timeout);
-    RestoreBackground(screen, screenWidth, screenHeight);
+    SaveBackground(screen);
+    PaintMenu(screen);
+    const int result = WaitForChoice(screen, timeout);
+    RestoreBackground(screen);
     return result;
 }
 
-void CMenu::PaintMenu(unsigned int* screen, int screenWidth, int screenHeight) {
+int CMenu::QueryMenu(unsigned int* screen, int screenWidth, int screenHeight, float timeout) {
+    return QueryMenu(CScreen(screen, screenWidth, screenHeight), timeout);
+}
+
+void CMenu::PaintMenu(const CScreen& screen) {
     AdjustColors();
     Draw();
-    Paint(screen, screenWidth, screenHeight);
+    Paint(screen);
 }
 
 // The time-out bounds each single wait only: a wait without a key, and any key the
 // menu does not know, just lead to the next wait. A keypad whose device went away will
 // never deliver the leaving key, so that ends the wait with -2 instead.
-int CMenu::WaitForChoice(unsigned int* screen, int screenWidth, int screenHeight, float timeout) {
+int CMenu::WaitForChoice(const CScreen& screen, float timeout) {
     for (;;) {
         switch (keypad.WaitKeyEvent(timeout)) {
             case kKeyPrevious:
                 SelectNeighbour(false);
-                PaintMenu(screen, screenWidth, screenHeight);
+                PaintMenu(screen);
                 break;
             case kKeyNext:
                 SelectNeighbour(true);
-                PaintMenu(screen, screenWidth, screenHeight);
+                PaintMenu(screen);
                 break;
             case kKeyChoose:
             case kKeySelect:

@@ -47,21 +47,29 @@ void CProgress::setText(const char* text, eAlignMode alignment) {
     pText->Draw(*this);
 }
 
-int CProgress::ShowProgress(unsigned int* screen, int screenWidth, int screenHeight) {
+int CProgress::ShowProgress(const CScreen& screen) {
     Refresh();
-    SaveBackground(screen, screenWidth, screenHeight);
-    Paint(screen, screenWidth, screenHeight);
+    SaveBackground(screen);
+    Paint(screen);
     return 0;
 }
 
+int CProgress::ShowProgress(unsigned int* screen, int screenWidth, int screenHeight) {
+    return ShowProgress(CScreen(screen, screenWidth, screenHeight));
+}
+
 int CProgress::PaintProgress(unsigned int* screen, int screenWidth, int screenHeight) {
+    return PaintProgress(CScreen(screen, screenWidth, screenHeight));
+}
+
+int CProgress::PaintProgress(const CScreen& screen) {
     if (pBar == nullptr) return -2;
     CPoint at;
     int width = 0;
     int height = 0;
     pBar->getPosition(at);
     pBar->getSize(width, height);
-    Paint(at, CPoint(at.x + width, at.y + height), screen, screenWidth, screenHeight);
+    Paint(at, CPoint(at.x + width, at.y + height), screen);
     return 0;
 }
 

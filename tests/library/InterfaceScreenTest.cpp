@@ -52,13 +52,6 @@ TEST_F(Interface, MissingFontIsNamedAndNothingStaysOpen) {
     EXPECT_EQ(1, FramebufferUnmaps());
 }
 
-TEST_F(Interface, ScreensOfAnotherLayoutAreRefused) {
-    UseScreen(320, 240, 16);
-    std::string out = CaptureStdoutOf([] { EXPECT_EQ(nullptr, InitFramebuffer("/dev/fb0")); });
-    EXPECT_NE(std::string::npos, out.find("CFramebuffer: unsupported screen layout on /dev/fb0"));
-    EXPECT_EQ(0, OpenFramebufferDescriptors());
-}
-
 TEST_F(Interface, SuccessReturnsTheRecordAndASecondInitReplacesEverything) {
     void* record = InitFramebuffer("/dev/fb0");
     EXPECT_EQ(static_cast<void*>(pContext), record);
@@ -74,20 +67,6 @@ TEST_F(Interface, SuccessReturnsTheRecordAndASecondInitReplacesEverything) {
     EXPECT_EQ(nullptr, pContext->pCanvas);  // it drew with the old framebuffer's fonts
     EXPECT_EQ(nullptr, pContext->pProgress);
     EXPECT_EQ(1, OpenFramebufferDescriptors());
-}
-
-TEST_F(Interface, UpdateSavesTheScreenSoRestorePutsItBack) {
-    FillScreen(0x112233);
-    InitFramebuffer("/dev/fb0");
-    ASSERT_EQ(0, InitCanvas(0, 0, kWidth, kHeight));
-    EXPECT_EQ(0, Restore());
-    EXPECT_EQ(0x112233u, Pixel(100, 100));
-
-    WriteText(0, 0, "AB", 0xFFFFFF, 0);
-    EXPECT_EQ(0, Update());
-    EXPECT_EQ(0u, Pixel(100, 100));  // the canvas is black where it has no text
-    EXPECT_EQ(0, Restore());
-    EXPECT_EQ(0x112233u, Pixel(100, 100));
 }
 
 TEST_F(Interface, CanvasSizesAndMissingCanvasAreRefused) {

@@ -52,16 +52,8 @@ TEST_F(Platform, FramebufferAnswersLikeADriverAndSharesItsMemory) {
     EXPECT_EQ(480u, info.var.yres);
     EXPECT_EQ(800u, info.var.xres_virtual);
     EXPECT_EQ(960u, info.var.yres_virtual);
-    EXPECT_EQ(32u, info.var.bits_per_pixel);
-    EXPECT_EQ(16u, info.var.red.offset);
-    EXPECT_EQ(8u, info.var.green.offset);
-    EXPECT_EQ(0u, info.var.blue.offset);
-    EXPECT_EQ(8u, info.var.blue.length);
-    EXPECT_EQ(0u, info.var.transp.length);
-    EXPECT_EQ(0u, info.var.yoffset);
+    EXPECT_EQ(16u, info.var.red.offset);  // layouts and sizes: the table test below
     EXPECT_STREQ("vantor-virt", info.fix.id);
-    EXPECT_EQ(3200u, info.fix.line_length);
-    EXPECT_EQ(3200u * 960, info.fix.smem_len);
     EXPECT_EQ(unsigned(FB_TYPE_PACKED_PIXELS), info.fix.type);
     EXPECT_EQ(unsigned(FB_VISUAL_TRUECOLOR), info.fix.visual);
 
@@ -84,33 +76,49 @@ TEST_F(Platform, FramebufferAnswersLikeADriverAndSharesItsMemory) {
     EXPECT_EQ(1, vp_fb_unmap_count("/dev/fb1"));
 }
 
-TEST_F(Platform, ScreenLayoutsAndTheMemoryBehindThem) {
-    vp_screen padded = {100, 50, 100, 50, 32, 512};
-    ASSERT_EQ(0, vp_fb_add("/dev/fb0", &padded));
-    int fd = open("/dev/fb0", O_RDWR);
-    EXPECT_EQ(512u, AskScreen(fd).fix.line_length);
-    EXPECT_EQ(512u * 50, AskScreen(fd).fix.smem_len);
-    close(fd);
+TEST_F(Platform, ScreenLayoutsOffsetsAndTheMemoryBehindThem) {
+    struct Case {
+        vp_screen screen;
+        unsigned bits, lineLength, redOffset, redLength, blueOffset;
+    };
+    const Case cases[] = {
+        {{100, 50, 100, 50, 32, 512}, 32, 512, 16, 8, 0},  // padded rows
+        {{64, 32, 64, 32, 16, 0}, 16, 128, 11, 5, 0},      // the usual 16-bit layout
+        {{64, 32, 64, 32, 0, 0, VP_XBGR8888}, 32, 256, 0, 8, 16},
+        {{64, 32, 64, 32, 0, 0, VP_BGRX8888}, 32, 256, 8, 8, 24},
+        {{64, 32, 64, 32, 0, 200, VP_BGR888}, 24, 200, 0, 8, 16},
+        {{64, 32, 64, 32, 0, 0, VP_BGR565}, 16, 128, 0, 5, 11},
+        {{64, 32, 64, 32, 0, 0, VP_PALETTE8}, 8, 64, 0, 8, 0},
+        {{64, 32, 80, 64, 32, 0, 0, 16, 32}, 32, 320, 16, 8, 0},  // panned to the second page
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.screen.layout * 1000 + c.screen.line_length);
+        ASSERT_EQ(0, vp_fb_add("/dev/fb0", &c.screen));
+        const int fd = open("/dev/fb0", O_RDWR);
+        ScreenInfo info = AskScreen(fd);
+        EXPECT_EQ(c.bits, info.var.bits_per_pixel);
+        EXPECT_EQ(c.lineLength, info.fix.line_length);
+        EXPECT_EQ(c.lineLength * info.var.yres_virtual, info.fix.smem_len);
+        EXPECT_EQ(c.redOffset, info.var.red.offset);
+        EXPECT_EQ(c.redLength, info.var.red.length);
+        EXPECT_EQ(c.blueOffset, info.var.blue.offset);
+        EXPECT_EQ(unsigned(c.screen.xoffset), info.var.xoffset);
+        EXPECT_EQ(unsigned(c.screen.yoffset), info.var.yoffset);
+        // Panning is answered and counted; the page stays where it is.
+        EXPECT_EQ(0, ioctl(fd, FBIOPAN_DISPLAY, &info.var));
+        EXPECT_EQ(1, vp_fb_pan_count("/dev/fb0"));
+        EXPECT_EQ(unsigned(c.screen.yoffset), AskScreen(fd).var.yoffset);
+        close(fd);
+    }
 
-    // Rows shorter than the pixels: the memory still covers what the library maps.
-    vp_screen narrow = {100, 50, 100, 50, 32, 100};
-    ASSERT_EQ(0, vp_fb_add("/dev/fb0", &narrow));
-    fd = open("/dev/fb0", O_RDWR);
-    EXPECT_EQ(100u * 50 * 4, AskScreen(fd).fix.smem_len);
-    close(fd);
-
-    vp_screen rgb565 = {64, 32, 64, 32, 16, 0};
-    ASSERT_EQ(0, vp_fb_add("/dev/fb2", &rgb565));
-    fd = open("/dev/fb2", O_RDWR);
-    const ScreenInfo info = AskScreen(fd);
-    EXPECT_EQ(128u, info.fix.line_length);
-    EXPECT_EQ(11u, info.var.red.offset);
-    EXPECT_EQ(6u, info.var.green.length);
-    close(fd);
-
-    vp_screen empty = {0, 0, 0, 0, 32, 0};
-    EXPECT_EQ(-1, vp_fb_add("/dev/fb3", &empty));
-    EXPECT_EQ(-1, vp_fb_add("/tmp/fb", &padded));  // not a virtual path
+    const vp_screen refused[] = {
+        {0, 0, 0, 0, 32, 0},                 // no pixels
+        {64, 32, 64, 32, 32, 0, VP_RGB565},  // a depth the layout does not have
+        {64, 32, 64, 32, 32, 0, 99},         // no such layout
+        {64, 32, 64, 32, 32, 0, 0, 64, 0},   // the page starts outside the memory
+    };
+    for (const vp_screen& screen : refused) EXPECT_EQ(-1, vp_fb_add("/dev/fb3", &screen));
+    EXPECT_EQ(-1, vp_fb_add("/tmp/fb", &cases[0].screen));  // not a virtual path
     EXPECT_EQ(-1, vp_fb_add("/dev/fb4", nullptr));
 }
 

@@ -1,9 +1,9 @@
 // Compares readings of a real screen with a reference picture of the same program's
 // screen (the simulator's PNG). Exit 0 when every reading matches it pixel for pixel.
 //   vantor_compare_screen REFERENCE.png KIND:FILE...
-// KIND is raw (the device's memory: 0x00RRGGBB words, rows of the reference's width),
-// ppm (a binary PPM such as fbcat or QEMU write) or swapped-ppm (a PPM of a driver that
-// declares red in the low byte, whose reader therefore shows red and blue exchanged).
+// KIND is device (FILE.raw, the device's memory, decoded by the layout the driver
+// declared, FILE.layout as vantor_system_screen prints it; channels of fewer than 8 bits
+// widened by repeating their top bits) or ppm (a binary PPM such as fbcat or QEMU write).
 #include <png.h>
 
 #include <cstdint>
@@ -39,22 +39,51 @@ bool ReadPng(const char* path, Picture& picture) {
     return png_image_finish_read(&image, nullptr, picture.rgb.data(), 0, nullptr) != 0;
 }
 
-// The device's words are bytes blue, green, red, 0 in memory; the fourth must stay 0.
-bool ReadRaw(const std::string& path, int width, int height, Picture& picture) {
-    const std::vector<uint8_t> raw = Slurp(path);
-    if (raw.size() < size_t(width) * height * 4) return false;
-    picture = {width, height, std::vector<uint8_t>(size_t(width) * height * 3)};
-    for (size_t i = 0; i < size_t(width) * height; ++i) {
-        const uint8_t* word = &raw[i * 4];
-        const uint8_t pixel[3] = {word[2], word[1], word[0]};
-        for (int c = 0; c < 3; ++c) picture.rgb[i * 3 + c] = word[3] == 0 ? pixel[c] : 0x5A;
+struct Layout {
+    unsigned bits, line, xoffset, yoffset, xres, yres, field[3][2];  // offset, length
+};
+
+unsigned Widen(uint32_t pixel, const unsigned field[2]) {
+    const int bits = int(field[1]);
+    if (bits < 1 || bits > 8) return 0;
+    const unsigned value = (pixel >> field[0]) & ((1u << bits) - 1);
+    unsigned out = 0;
+    for (int shift = 8 - bits; shift > -bits; shift -= bits)
+        out |= shift >= 0 ? value << shift : value >> -shift;
+    return out & 0xFF;
+}
+
+// The visible page of the memory; a pixel with bits set outside its three channels (the
+// library writes those as 0) reads as 0x5A5A5A so it cannot pass.
+bool ReadDevice(const std::string& base, Picture& picture) {
+    Layout l = {};
+    std::ifstream text(base + ".layout");
+    std::string word;
+    text >> word >> l.bits >> l.line >> l.xoffset >> l.yoffset >> l.xres >> l.yres;
+    for (auto& field : l.field) text >> field[0] >> field[1];
+    const std::vector<uint8_t> raw = Slurp(base + ".raw");
+    const size_t bytes = l.bits / 8;
+    if (!text || word != "layout" || bytes < 2 || bytes > 4 ||
+        raw.size() < size_t(l.yoffset + l.yres) * l.line)
+        return false;
+    picture = {int(l.xres), int(l.yres), {}};
+    uint32_t used = 0;
+    for (const auto& field : l.field) used |= ((1u << field[1]) - 1) << field[0];
+    for (size_t y = l.yoffset; y < l.yoffset + l.yres; ++y) {
+        for (size_t x = l.xoffset; x < l.xoffset + l.xres; ++x) {
+            uint32_t pixel = 0;
+            for (size_t i = 0; i < bytes; ++i)
+                pixel |= uint32_t(raw[y * l.line + x * bytes + i]) << (8 * i);
+            for (const auto& field : l.field)
+                picture.rgb.push_back((pixel & ~used) == 0 ? uint8_t(Widen(pixel, field)) : 0x5A);
+        }
     }
     return true;
 }
 
 // "P6", width, height and maximum separated by white space, one more white space
 // character, then the pixels.
-bool ReadPpm(const std::string& path, bool swapped, Picture& picture) {
+bool ReadPpm(const std::string& path, Picture& picture) {
     const std::vector<uint8_t> file = Slurp(path);
     std::istringstream header(std::string(file.begin(), file.end()));
     std::string magic;
@@ -65,15 +94,14 @@ bool ReadPpm(const std::string& path, bool swapped, Picture& picture) {
     const size_t bytes = size_t(picture.width) * picture.height * 3;
     if (file.size() < start + bytes) return false;
     picture.rgb.assign(file.begin() + long(start), file.begin() + long(start + bytes));
-    for (size_t i = 0; swapped && i < bytes; i += 3) std::swap(picture.rgb[i], picture.rgb[i + 2]);
     return true;
 }
 
-bool Read(const std::string& argument, const Picture& reference, Picture& picture) {
+bool Read(const std::string& argument, Picture& picture) {
     const size_t colon = argument.find(':');
     const std::string kind = argument.substr(0, colon), path = argument.substr(colon + 1);
-    if (kind == "raw") return ReadRaw(path, reference.width, reference.height, picture);
-    if (kind == "ppm" || kind == "swapped-ppm") return ReadPpm(path, kind != "ppm", picture);
+    if (kind == "device") return ReadDevice(path, picture);
+    if (kind == "ppm") return ReadPpm(path, picture);
     return false;
 }
 
@@ -102,7 +130,7 @@ int main(int argc, char** argv) {
                 reference.height, inked);
     for (int n = 2; n < argc; ++n) {
         Picture reading;
-        const int differ = Read(argv[n], reference, reading) ? Differing(reading, reference) : -1;
+        const int differ = Read(argv[n], reading) ? Differing(reading, reference) : -1;
         if (differ < 0)
             std::printf("%s: unreadable, or not %dx%d\n", argv[n], reference.width,
                         reference.height);

@@ -57,9 +57,11 @@ start_framebuffers() {
     done > /results/framebuffers
 }
 
-# The fixed screen on device $1, read back by cat and by fbcat under the name $2.
+# The fixed screen on device $1, read back by cat and by fbcat under the name $2, with
+# the layout the driver declares ($2.layout) to decode the raw memory by.
 read_screen() {
     step "screen-$2" "$SCREEN" "$1"
+    tail -n 1 "/results/screen-$2.log" > "/results/$2.layout"
     cat "$1" > "/results/$2.raw"
     /host/usr/bin/fbcat "$1" > "/results/$2.ppm" 2> "/results/fbcat-$2.log"
 }
@@ -82,16 +84,16 @@ screendump() {
 read_bochs() {
     step framebuffer-bochs env VANTOR_SYSTEM_FB=/dev/fb1 "$PROGRAM" --gtest_filter='RealFramebuffer.*'
     read_screen /dev/fb1 bochs
-    screendump bochs-unshown
+    screendump bochs-drawn
     step show-bochs "$SHOW" /dev/fb1
     screendump bochs-shown
 }
 
-# A framebuffer that is not 32 bits per pixel: vfb again, at 16. fb0 is free once the
-# first vfb is gone, so the new one takes its number.
-reload_shallow_framebuffer() {
+# vfb again at another depth ($1 bits per pixel). fb0 is free once the first vfb is
+# gone, so the new one takes its number.
+reload_vfb() {
     rmmod vfb
-    insmod /modules/vfb.ko vfb_enable=1 videomemorysize=1536000 mode_option=800x480M-16
+    insmod /modules/vfb.ko vfb_enable=1 videomemorysize=1536000 "mode_option=800x480M-$1"
 }
 
 mount_filesystems
@@ -100,18 +102,20 @@ started=$(cut -d' ' -f1 /proc/uptime)
 link_host
 # Each run of the program sees the machine in one state: no framebuffer yet; the
 # framebuffers but no input device yet; a keypad that goes away; everything; a 16-bit
-# framebuffer.
+# framebuffer (drawn and read back, 64-bit boot only); a palette framebuffer (refused).
 step without-framebuffer "$PROGRAM" --gtest_filter='NoFramebuffer.*'
 start_framebuffers
 step without-keypad "$PROGRAM" --gtest_filter='NoKeypad.*'
 step removed-keypad "$PROGRAM" --gtest_filter='RemovedKeypad.*'
-step scenarios "$PROGRAM" --gtest_filter='-NoFramebuffer.*:NoKeypad.*:RemovedKeypad.*:ShallowFramebuffer.*'
+step scenarios "$PROGRAM" --gtest_filter='-NoFramebuffer.*:NoKeypad.*:RemovedKeypad.*:PaletteFramebuffer.*'
 if [ -n "$SCREEN" ]; then
     read_screen /dev/fb0 vfb
     [ "$BOCHS" = 1 ] && read_bochs
 fi
-reload_shallow_framebuffer
-step shallow-framebuffer "$PROGRAM" --gtest_filter='ShallowFramebuffer.*'
+reload_vfb 16
+[ -n "$SCREEN" ] && read_screen /dev/fb0 vfb16
+reload_vfb 8
+step palette-framebuffer "$PROGRAM" --gtest_filter='PaletteFramebuffer.*'
 echo "kernel reached /init at $started s, done at $(cut -d' ' -f1 /proc/uptime) s" > /results/uptime
 sync
 poweroff -f

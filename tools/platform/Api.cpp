@@ -53,6 +53,10 @@ VP_API int vp_fb_unmap_count(const char* path) {
     return path ? System().Count(path, &FramebufferDevice::unmapCount) : -1;
 }
 
+VP_API int vp_fb_pan_count(const char* path) {
+    return path ? System().Count(path, &FramebufferDevice::panCount) : -1;
+}
+
 VP_API int vp_file_add(const char* path, const void* data, size_t size) {
     if (!IsAbsolute(path) || (data == nullptr && size > 0)) return -1;
     return System().AddFile(path, data, size);

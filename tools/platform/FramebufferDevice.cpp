@@ -15,17 +15,39 @@ namespace VantorPlatform {
 
 namespace {
 
-size_t BytesPerPixel(const vp_screen& screen) {
-    return size_t(screen.bits_per_pixel + 7) / 8;
+struct Layout {
+    int depth;  // 0: any
+    fb_bitfield red, green, blue;
+};
+
+// Indexed by the VP_ layout values.
+const Layout kLayouts[VP_LAYOUT_COUNT] = {
+    {32, {16, 8, 0}, {8, 8, 0}, {0, 8, 0}},  {32, {0, 8, 0}, {8, 8, 0}, {16, 8, 0}},
+    {32, {24, 8, 0}, {16, 8, 0}, {8, 8, 0}}, {32, {8, 8, 0}, {16, 8, 0}, {24, 8, 0}},
+    {24, {16, 8, 0}, {8, 8, 0}, {0, 8, 0}},  {24, {0, 8, 0}, {8, 8, 0}, {16, 8, 0}},
+    {16, {11, 5, 0}, {5, 6, 0}, {0, 5, 0}},  {16, {0, 5, 0}, {5, 6, 0}, {11, 5, 0}},
+    {8, {0, 8, 0}, {0, 8, 0}, {0, 8, 0}},    {0, {0, 0, 0}, {0, 0, 0}, {0, 0, 0}},
+};
+
+// The layout the ioctl reports: an explicit one, or the usual one of the depth.
+Layout LayoutOf(const vp_screen& screen) {
+    if (screen.layout != VP_XRGB8888) return kLayouts[screen.layout];
+    switch (screen.bits_per_pixel) {
+        case 24:
+            return kLayouts[VP_RGB888];
+        case 16:
+            return kLayouts[VP_RGB565];
+        case 12:
+            return {12, {8, 4, 0}, {4, 4, 0}, {0, 4, 0}};
+        case 8:
+            return kLayouts[VP_PALETTE8];
+        default:
+            return kLayouts[VP_XRGB8888];
+    }
 }
 
-// The library maps xres_virtual * yres_virtual * bytes per pixel whatever the line
-// length says, so the memory covers both.
-size_t MemorySize(const vp_screen& screen) {
-    const size_t byLines = size_t(screen.line_length) * size_t(screen.yres_virtual);
-    const size_t byPixels =
-        size_t(screen.xres_virtual) * size_t(screen.yres_virtual) * BytesPerPixel(screen);
-    return byLines > byPixels ? byLines : byPixels;
+size_t BytesPerPixel(const vp_screen& screen) {
+    return size_t(screen.bits_per_pixel + 7) / 8;
 }
 
 }  // namespace
@@ -37,18 +59,24 @@ FramebufferDevice::~FramebufferDevice() {
 }
 
 bool FramebufferDevice::IsValid(const vp_screen& screen) {
-    return screen.xres > 0 && screen.yres > 0 && screen.xres_virtual > 0 &&
-           screen.yres_virtual > 0 && screen.bits_per_pixel > 0 && screen.bits_per_pixel <= 32 &&
-           screen.line_length >= 0;
+    if (screen.layout < 0 || screen.layout >= VP_LAYOUT_COUNT) return false;
+    const int depth = kLayouts[screen.layout].depth;
+    const int bits = screen.bits_per_pixel == 0 ? depth : screen.bits_per_pixel;
+    const bool fits = screen.layout == VP_XRGB8888 || depth == 0 || bits == depth;
+    return fits && screen.xres > 0 && screen.yres > 0 && screen.xres_virtual > 0 &&
+           screen.yres_virtual > 0 && bits > 0 && bits <= 32 && screen.line_length >= 0 &&
+           screen.xoffset >= 0 && screen.xoffset < screen.xres_virtual && screen.yoffset >= 0 &&
+           screen.yoffset < screen.yres_virtual;
 }
 
 bool FramebufferDevice::Create(const std::string& realPath, const vp_screen& wanted,
                                bool isShared) {
     screen = wanted;
     shared = isShared;
+    if (screen.bits_per_pixel == 0) screen.bits_per_pixel = kLayouts[screen.layout].depth;
     if (screen.line_length == 0)
         screen.line_length = int(screen.xres_virtual * BytesPerPixel(screen));
-    size = MemorySize(screen);
+    size = size_t(screen.line_length) * size_t(screen.yres_virtual);
     const int fd = OpenMemory(realPath);
     if (fd < 0) return false;
     file = realPath;
@@ -76,7 +104,13 @@ bool FramebufferDevice::Grow(int fd) const {
     return size_t(status.st_size) >= size || ftruncate(fd, off_t(size)) == 0;
 }
 
-bool FramebufferDevice::AnswerIoctl(unsigned long request, void* argument, int& error) const {
+bool FramebufferDevice::AnswerIoctl(unsigned long request, void* argument, int& error) {
+    if (request == FBIOPAN_DISPLAY) {
+        // Counted, never refused: the offsets stay where the screen was made.
+        error = argument == nullptr ? EFAULT : 0;
+        if (argument != nullptr) ++panCount;
+        return true;
+    }
     const int failure = request == FBIOGET_VSCREENINFO   ? VP_FAIL_VSCREENINFO
                         : request == FBIOGET_FSCREENINFO ? VP_FAIL_FSCREENINFO
                                                          : 0;
@@ -95,7 +129,6 @@ bool FramebufferDevice::AnswerIoctl(unsigned long request, void* argument, int& 
     return true;
 }
 
-// XRGB8888 (RGB565 for 16 bits), the layouts of the panels the library drives.
 void FramebufferDevice::FillVariable(void* argument) const {
     fb_var_screeninfo info;
     std::memset(&info, 0, sizeof(info));
@@ -103,16 +136,13 @@ void FramebufferDevice::FillVariable(void* argument) const {
     info.yres = unsigned(screen.yres);
     info.xres_virtual = unsigned(screen.xres_virtual);
     info.yres_virtual = unsigned(screen.yres_virtual);
+    info.xoffset = unsigned(screen.xoffset);
+    info.yoffset = unsigned(screen.yoffset);
     info.bits_per_pixel = unsigned(screen.bits_per_pixel);
-    if (screen.bits_per_pixel == 16) {
-        info.red = {11, 5, 0};
-        info.green = {5, 6, 0};
-        info.blue = {0, 5, 0};
-    } else {
-        info.red = {16, 8, 0};
-        info.green = {8, 8, 0};
-        info.blue = {0, 8, 0};
-    }
+    const Layout layout = LayoutOf(screen);
+    info.red = layout.red;
+    info.green = layout.green;
+    info.blue = layout.blue;
     std::memcpy(argument, &info, sizeof(info));
 }
 
@@ -123,7 +153,7 @@ void FramebufferDevice::FillFixed(void* argument) const {
     info.smem_len = unsigned(size);
     info.line_length = unsigned(screen.line_length);
     info.type = FB_TYPE_PACKED_PIXELS;
-    info.visual = FB_VISUAL_TRUECOLOR;
+    info.visual = screen.bits_per_pixel == 8 ? FB_VISUAL_PSEUDOCOLOR : FB_VISUAL_TRUECOLOR;
     std::memcpy(argument, &info, sizeof(info));
 }
 

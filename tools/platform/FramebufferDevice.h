@@ -27,13 +27,14 @@ class FramebufferDevice {
     bool Create(const std::string& realPath, const vp_screen& screen, bool shared);
     // Answers the screen-info requests like the kernel's driver, with error 0 or the
     // errno of the failure; false for any other request.
-    bool AnswerIoctl(unsigned long request, void* argument, int& error) const;
+    bool AnswerIoctl(unsigned long request, void* argument, int& error);
     uint32_t* Pixels() const { return view; }
 
     int failures = 0;
     int openCount = 0;
     int closeCount = 0;
     int unmapCount = 0;
+    int panCount = 0;
 
   private:
     int OpenMemory(const std::string& realPath) const;

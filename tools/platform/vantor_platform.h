@@ -22,13 +22,43 @@
 extern "C" {
 #endif
 
-/* What the two framebuffer ioctls report. line_length 0 means xres_virtual * bpp / 8. */
+/* Later fields default to zero in C++ too, so a short initializer list such as
+ * {w, h, w, h, 32, 0} stays complete under -Wextra. */
+#ifdef __cplusplus
+#define VP_ZERO = 0
+#else
+#define VP_ZERO
+#endif
+
+/* What the two framebuffer ioctls report. line_length 0 means xres_virtual * bpp / 8.
+ * The fields after line_length may be left zero: the usual layout of the depth, the
+ * visible page at the top left. */
 typedef struct vp_screen {
     int xres, yres;
     int xres_virtual, yres_virtual;
     int bits_per_pixel;
     int line_length;
+    int layout VP_ZERO;  /* VP_XRGB8888 ...; bits_per_pixel 0 takes the layout's depth */
+    int xoffset VP_ZERO; /* where the visible xres x yres page starts */
+    int yoffset VP_ZERO;
 } vp_screen;
+
+/* Pixel layouts, named by their bits from high to low. VP_XRGB8888 (0) is the usual
+ * layout of each depth: XRGB8888 at 32 bits, RGB888 at 24, RGB565 at 16, RGB444 at 12
+ * and a palette at 8. */
+enum {
+    VP_XRGB8888 = 0,
+    VP_XBGR8888, /* red in the low byte, as vfb and many BGR panels */
+    VP_RGBX8888,
+    VP_BGRX8888,
+    VP_RGB888,
+    VP_BGR888,
+    VP_RGB565,
+    VP_BGR565,
+    VP_PALETTE8,  /* 8 bits, pseudo-colour */
+    VP_NO_FIELDS, /* every bitfield zero, as some old drivers report */
+    VP_LAYOUT_COUNT
+};
 
 /* Failures a framebuffer device can be told to show, combined with |. */
 enum {
@@ -58,10 +88,11 @@ int vp_attach(const char* dir);
  * descriptors and mappings keep the old memory and are no longer counted. */
 int vp_fb_add(const char* path, const vp_screen* screen);
 int vp_fb_fail(const char* path, int failures); /* replaces the device's failures */
-uint32_t* vp_fb_pixels(const char* path);       /* the device memory, rows of line_length */
+uint32_t* vp_fb_pixels(const char* path);       /* the whole device memory, rows of line_length */
 int vp_fb_open_count(const char* path);         /* descriptors open on it right now */
 int vp_fb_close_count(const char* path);        /* close calls on its descriptors so far */
 int vp_fb_unmap_count(const char* path);        /* munmap calls on mappings of it so far */
+int vp_fb_pan_count(const char* path);          /* FBIOPAN_DISPLAY requests answered so far */
 
 /* Plain files at virtual paths (created with their parent directories), and whole
  * virtual directories served from a real one (say the build's fonts). */

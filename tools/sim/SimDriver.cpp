@@ -14,6 +14,7 @@
 
 #include "KeyScript.h"
 #include "LiveView.h"
+#include "Panel.h"
 #include "PngWriter.h"
 #include "SessionDirectory.h"
 #include "SessionState.h"
@@ -78,7 +79,10 @@ void Session::Start(const std::string& dir) {
     liveView = !Env("VANTOR_SIM_VIEW").empty();
 
     if (vp_attach(dir.c_str()) != 0) Fail("the session directory " + dir + " is gone");
-    vp_screen screen = {width, height, width, height, 32, 0};
+    Panel panel;
+    if (!Env("VANTOR_SIM_PANEL").empty() && !Panel::Decode(Env("VANTOR_SIM_PANEL"), panel))
+        Fail("bad panel in VANTOR_SIM_PANEL");
+    const vp_screen screen = panel.Screen(width, height);
     if (vp_fb_add(device.c_str(), &screen) != 0) Fail("cannot make the screen " + device);
     if (vp_dir_map("/usr/share/fonts/vantor", Env("VANTOR_SIM_FONTS").c_str()) != 0) {
         Fail("cannot use the fonts in " + Env("VANTOR_SIM_FONTS"));
@@ -93,9 +97,12 @@ void Session::Start(const std::string& dir) {
 // drew it: a program that polls its keys would otherwise leave hundreds of equal files.
 void Session::Record() {
     if (shots.empty() && !liveView) return;
-    const uint32_t* pixels = vp_fb_pixels(device.c_str());
-    if (pixels == nullptr) return;
-    const unsigned long long print = Fingerprint(pixels, size_t(width) * height);
+    // What the panel shows: the visible page, read by the device's own layout.
+    const std::vector<uint32_t> page =
+        ReadVisiblePage(device, reinterpret_cast<const uint8_t*>(vp_fb_pixels(device.c_str())));
+    if (page.size() != size_t(width) * height) return;
+    const uint32_t* pixels = page.data();
+    const unsigned long long print = Fingerprint(pixels, page.size());
     state.Update([&](SessionState::Fields& fields) {
         if (fields.frames > 0 && print == fields.lastPrint) return;
         fields.lastPrint = print;

@@ -18,12 +18,15 @@
 #include <vector>
 
 #include "KeyScript.h"
+#include "Panel.h"
 #include "SessionDirectory.h"
 #include "SessionState.h"
 #include "Supervisor.h"
 #include "TerminalKeys.h"
 
 namespace {
+
+using VantorSim::Panel;
 
 const char kUsage[] =
     "usage: vantor-sim [options] -- PROGRAM [ARGS...]\n"
@@ -36,6 +39,10 @@ const char kUsage[] =
     "\n"
     "  --screen WxH        screen size in pixels, 32 bits per pixel (default 800x480)\n"
     "  --fb PATH           the device path the program opens (default /dev/fb0)\n"
+    "  --format NAME       the panel's pixel layout: xrgb8888 (default), xbgr8888,\n"
+    "                      rgbx8888, bgrx8888, rgb888, bgr888, rgb565, bgr565\n"
+    "  --pad BYTES         padding at the end of every row of screen memory\n"
+    "  --pan X,Y           the visible page starts at (X, Y) of a larger virtual screen\n"
     "  --keys LIST         keys to press, one at each wait for a key: up, down, ok,\n"
     "                      select, back, cancel, home (each delivers the VANTOR_KEY_*\n"
     "                      code of that name), left and right (the same as up and\n"
@@ -64,6 +71,7 @@ struct Options {
     std::vector<VantorSim::KeyStep> keys;
     bool keysGiven = false, shotOnUpdate = false, view = true;
     int scale = 1;
+    VantorSim::Panel panel;
     std::vector<char*> program;
 };
 
@@ -117,6 +125,19 @@ Options Parse(int argc, char** argv) {
             AddKeys(options, Value(i, argc, argv));
         } else if (arg == "--key-file") {
             AddKeys(options, ReadFile(Value(i, argc, argv)));
+        } else if (arg == "--format") {
+            const std::string name = Value(i, argc, argv);
+            if (!VantorSim::Panel::ParseFormat(name, options.panel.layout))
+                Fail("unknown --format " + name + " (see --help)");
+        } else if (arg == "--pad") {
+            options.panel.padBytes = std::atoi(Value(i, argc, argv).c_str());
+            if (options.panel.padBytes < 0 || options.panel.padBytes > 4096)
+                Fail("--pad is 0 to 4096 bytes");
+        } else if (arg == "--pan") {
+            Panel& panel = options.panel;
+            if (std::sscanf(Value(i, argc, argv).c_str(), "%d,%d", &panel.panX, &panel.panY) != 2 ||
+                panel.panX < 0 || panel.panY < 0 || panel.panX > 4096 || panel.panY > 4096)
+                Fail("bad --pan: give X,Y from 0 to 4096, e.g. 0,480");
         } else if (arg == "--shots") {
             options.shots = Value(i, argc, argv);
         } else if (arg == "--shot-on-update") {
@@ -209,6 +230,7 @@ Environment Prepare(const Options& options, const std::string& session) {
     env.Set("VANTOR_SIM_SESSION", session);
     env.Set("VANTOR_SIM_SCREEN", options.screen);
     env.Set("VANTOR_SIM_FB", options.fb);
+    env.Set("VANTOR_SIM_PANEL", options.panel.Encode());
     env.Set("VANTOR_SIM_FONTS", FindFonts(options.fonts));
     env.Set("VANTOR_SIM_KEYS", VantorSim::EncodeKeyScript(options.keys));
     env.Set("VANTOR_SIM_SCALE", std::to_string(options.scale));

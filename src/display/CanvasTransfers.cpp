@@ -1,0 +1,103 @@
+// The transfers between a canvas and the screen. Each call clips once, then works row
+// by row: a canvas row meets a screen row in one copy, or in one conversion when the
+// screen's layout is not the canvas's own.
+#include <algorithm>
+
+#include "vantor/Canvas.h"
+
+namespace Vantor {
+
+namespace {
+
+// Canvas-local columns [firstColumn, endColumn) and rows [firstRow, endRow) that fall
+// on the screen.
+struct Span {
+    int firstColumn;
+    int endColumn;
+    int firstRow;
+    int endRow;
+
+    bool IsEmpty() const { return firstColumn >= endColumn || firstRow >= endRow; }
+    size_t Columns() const { return size_t(endColumn - firstColumn); }
+};
+
+// Works in 64 bits: a canvas far off the screen must not wrap into it.
+Span ClipToScreen(const CFrame& frame, int x1, int y1, int x2, int y2, const CScreen& screen) {
+    const long long originX = frame.topLeft.x;
+    const long long originY = frame.topLeft.y;
+    Span span;
+    span.firstColumn = int(std::max<long long>(x1, -originX));
+    span.endColumn = int(std::max<long long>(std::min<long long>(x2, screen.width - originX), 0));
+    span.firstRow = int(std::max<long long>(y1, -originY));
+    span.endRow = int(std::max<long long>(std::min<long long>(y2, screen.height - originY), 0));
+    // No memory, or a layout a host made up that cannot be written: nothing to do.
+    if (screen.pStart == nullptr || !screen.format.IsValid()) span.endRow = span.firstRow;
+    return span;
+}
+
+}  // namespace
+
+void CCanvas::SaveBackground(const CScreen& screen) {
+    if (pBackground == nullptr) return;
+    const Span span = ClipToScreen(frame, 0, 0, getWidth(), getHeight(), screen);
+    if (span.IsEmpty()) return;
+    const size_t width = size_t(getWidth());
+    for (int r = span.firstRow; r < span.endRow; ++r) {
+        const uint8_t* from = screen.At(frame.topLeft.x + span.firstColumn, frame.topLeft.y + r);
+        screen.format.ReadRaw(from, pBackground + r * width + span.firstColumn, span.Columns());
+    }
+}
+
+void CCanvas::RestoreBackground(const CScreen& screen) {
+    if (pBackground == nullptr) return;
+    const Span span = ClipToScreen(frame, 0, 0, getWidth(), getHeight(), screen);
+    if (span.IsEmpty()) return;
+    const size_t width = size_t(getWidth());
+    for (int r = span.firstRow; r < span.endRow; ++r) {
+        uint8_t* to = screen.At(frame.topLeft.x + span.firstColumn, frame.topLeft.y + r);
+        screen.format.WriteRaw(pBackground + r * width + span.firstColumn, to, span.Columns());
+    }
+    screen.Show();
+}
+
+int CCanvas::Paint(const CPoint& a, const CPoint& b, const CScreen& screen) {
+    const int xa = std::clamp(std::min(a.x, b.x), 0, getWidth());
+    const int xb = std::clamp(std::max(a.x, b.x), 0, getWidth());
+    const int ya = std::clamp(std::min(a.y, b.y), 0, getHeight());
+    const int yb = std::clamp(std::max(a.y, b.y), 0, getHeight());
+    if (xa == xb || ya == yb || pPixels == nullptr) return -2;
+    const Span span = ClipToScreen(frame, xa, ya, xb, yb, screen);
+    if (span.IsEmpty()) return 0;
+    const size_t width = size_t(getWidth());
+    for (int r = span.firstRow; r < span.endRow; ++r) {
+        uint8_t* to = screen.At(frame.topLeft.x + span.firstColumn, frame.topLeft.y + r);
+        screen.format.EncodeRow(pPixels + r * width + span.firstColumn, to, span.Columns());
+    }
+    screen.Show();
+    return 0;
+}
+
+int CCanvas::Paint(const CScreen& screen) {
+    const int result = Paint(CPoint(0, 0), CPoint(getWidth(), getHeight()), screen);
+    if (result == 0) modified = false;
+    return result;
+}
+
+void CCanvas::SaveBackground(unsigned int* screen, int screenWidth, int screenHeight) {
+    SaveBackground(CScreen(screen, screenWidth, screenHeight));
+}
+
+void CCanvas::RestoreBackground(unsigned int* screen, int screenWidth, int screenHeight) {
+    RestoreBackground(CScreen(screen, screenWidth, screenHeight));
+}
+
+int CCanvas::Paint(const CPoint& a, const CPoint& b, unsigned int* screen, int screenWidth,
+                   int screenHeight) {
+    return Paint(a, b, CScreen(screen, screenWidth, screenHeight));
+}
+
+int CCanvas::Paint(unsigned int* screen, int screenWidth, int screenHeight) {
+    return Paint(CScreen(screen, screenWidth, screenHeight));
+}
+
+}  // namespace Vantor
