@@ -70,7 +70,8 @@ static void draw_home_screen(void) {
 }
 
 static int ask(const char** lines, int type) {
-    InitDialog(width / 2 - 200, height / 2 - 60, 400, 120);
+    const int box = width < 420 ? width - 20 : 400; /* small panels get a narrower box */
+    InitDialog(width / 2 - box / 2, height / 2 - 60, box, 120);
     int answer = ShowDialog(lines, type, eAlignLeft);
     HideDialog();
     draw_home_screen();
@@ -86,7 +87,8 @@ static int install_update(void) {
         fprintf(stderr, "demo: cannot write the images to /tmp\n");
         return -1;
     }
-    InitProgress(width / 2 - 250, height / 2 - 40, 500, 70);
+    const int bar = width < 520 ? width - 20 : 500;
+    InitProgress(width / 2 - bar / 2, height / 2 - 40, bar, 70);
     ShowProgress("Copying kernel...", eAlignLeft, 0.0f);
     int result = CopyFileWithProgress(sources[0], targets[0], NULL, 75.0f);
     /* Between two files the user may still cancel; a look at the keys costs nothing.
