@@ -18,6 +18,17 @@ struct Span {
     long long last;
 };
 
+// Expands `rows` byte-map rows of `count` pixels each. With the count fixed at compile
+// time (Count > 0) the compiler turns a row into a few vector operations.
+template <size_t Count>
+void ExpandRows(uint32_t* target, size_t targetStride, const unsigned char* source,
+                size_t sourceStride, size_t rows, size_t count, uint32_t ink, uint32_t paper) {
+    if (Count > 0) count = Count;
+    for (size_t r = 0; r < rows; ++r, target += targetStride, source += sourceStride) {
+        for (size_t c = 0; c < count; ++c) target[c] = source[c] != 0 ? ink : paper;
+    }
+}
+
 }  // namespace
 
 int CCanvas::setArea(long long left, long long top, long long right, long long bottom,
@@ -42,13 +53,18 @@ int CCanvas::setBitmap(long long x, long long y, const unsigned char* bitmap, in
     if (pPixels == nullptr || bitmap == nullptr || columns.empty() || rows.empty()) return -2;
     const size_t canvasWidth = static_cast<size_t>(getWidth());
     const size_t count = static_cast<size_t>(columns.last - columns.first);
-    const uint32_t ink = foreground.value;
-    const uint32_t paper = background.value;
-    for (long long r = rows.first; r < rows.last; ++r) {
-        const unsigned char* source = bitmap + static_cast<size_t>(r) * width + columns.first;
-        uint32_t* target = pPixels + static_cast<size_t>(y + r) * canvasWidth +
-                           static_cast<size_t>(x + columns.first);
-        for (size_t c = 0; c < count; ++c) target[c] = source[c] != 0 ? ink : paper;
+    const size_t rowCount = static_cast<size_t>(rows.last - rows.first);
+    const unsigned char* source =
+        bitmap + static_cast<size_t>(rows.first) * width + static_cast<size_t>(columns.first);
+    uint32_t* target = pPixels + static_cast<size_t>(y + rows.first) * canvasWidth +
+                       static_cast<size_t>(x + columns.first);
+    // Whole rows of the 8-pixel cells of the usual fonts are the common case.
+    if (count == 8) {
+        ExpandRows<8>(target, canvasWidth, source, width, rowCount, count, foreground.value,
+                      background.value);
+    } else {
+        ExpandRows<0>(target, canvasWidth, source, width, rowCount, count, foreground.value,
+                      background.value);
     }
     modified = true;
     return 0;
