@@ -19,13 +19,20 @@ struct Span {
 };
 
 // Expands `rows` byte-map rows of `count` pixels each. With the count fixed at compile
-// time (Count > 0) the compiler turns a row into a few vector operations.
+// time (Count > 0) the compiler turns a row into a few vector operations; it needs to
+// know that the byte map and the pixels do not overlap (they never do), and a select
+// written as a mask.
 template <size_t Count>
-void ExpandRows(uint32_t* target, size_t targetStride, const unsigned char* source,
-                size_t sourceStride, size_t rows, size_t count, uint32_t ink, uint32_t paper) {
+void ExpandRows(uint32_t* __restrict target, size_t targetStride,
+                const unsigned char* __restrict source, size_t sourceStride, size_t rows,
+                size_t count, uint32_t ink, uint32_t paper) {
     if (Count > 0) count = Count;
+    const uint32_t inkBits = ink ^ paper;
     for (size_t r = 0; r < rows; ++r, target += targetStride, source += sourceStride) {
-        for (size_t c = 0; c < count; ++c) target[c] = source[c] != 0 ? ink : paper;
+        for (size_t c = 0; c < count; ++c) {
+            const uint32_t set = 0u - static_cast<uint32_t>(source[c] != 0);  // all ones or 0
+            target[c] = paper ^ (inkBits & set);
+        }
     }
 }
 
