@@ -1,10 +1,12 @@
 // CopyFileWithProgress of a 256 MiB file, with the progress window on the screen,
 // against the plainest loop that does the same job: read and write 1 MiB blocks, then
-// fsync. Both write over the same target, so neither pays for allocating its blocks.
+// fsync. Both write over the same target, so neither pays for allocating its blocks;
+// the table compares the fastest copy of each.
 #include <fcntl.h>
 #include <sys/statvfs.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -20,7 +22,7 @@ namespace {
 
 const size_t kFileBytes = size_t(256) << 20;
 const size_t kBlockBytes = size_t(1) << 20;
-const int kRuns = 3;
+const int kRuns = 1;  // per repetition; the runners repeat wall-clock work
 
 std::string Directory() {
     const char* tmp = std::getenv("TMPDIR");
@@ -83,31 +85,47 @@ bool PrepareFiles() {
     return ready;
 }
 
-class PlainCopy : public Workload {
-  public:
-    void Run() override { CopyPlain(SourcePath().c_str(), TargetPath().c_str()); }
-};
+double WallSeconds() {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch())
+        .count();
+}
 
-class LibraryCopy : public Workload {
+// Each run copies once with the plain loop and once with the library, in turns, so that
+// disk load from elsewhere on the machine falls on both alike.
+class CopyPair : public Workload {
   public:
-    LibraryCopy() {
+    CopyPair() {
         InitProgress(150, 205, 500, 70);
         ShowProgress("Copying", 1, 0.0f);
     }
     void Run() override {
-        UpdateProgress(nullptr, 1, 0.0f);  // each copy runs the bar from 0 to 100
-        CopyFileWithProgress(SourcePath().c_str(), TargetPath().c_str(), "Copying", 100.0f);
+        plainFirst = !plainFirst;
+        if (plainFirst) TimePlain();
+        TimeLibrary();
+        if (!plainFirst) TimePlain();
     }
+
+  private:
+    void TimePlain() {
+        const double start = WallSeconds();
+        CopyPlain(SourcePath().c_str(), TargetPath().c_str());
+        RecordFastest("copy/plain", WallSeconds() - start);
+    }
+    void TimeLibrary() {
+        UpdateProgress(nullptr, 1, 0.0f);  // each copy runs the bar from 0 to 100
+        const double start = WallSeconds();
+        CopyFileWithProgress(SourcePath().c_str(), TargetPath().c_str(), "Copying", 100.0f);
+        RecordFastest("copy/library", WallSeconds() - start);
+    }
+    bool plainFirst = false;
 };
 
-template <typename T>
 std::unique_ptr<Workload> MakeCopy() {
     if (!StartLibrary() || !PrepareFiles()) return nullptr;
-    return std::unique_ptr<Workload>(new T());
+    return std::unique_ptr<Workload>(new CopyPair());
 }
 
-const Register kPlain("copy/plain", MakeCopy<PlainCopy>, kRuns, true);
-const Register kLibrary("copy/library", MakeCopy<LibraryCopy>, kRuns, true);
+const Register kPair("copy/pair", MakeCopy, kRuns, true);
 
 }  // namespace
 

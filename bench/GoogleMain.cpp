@@ -1,6 +1,7 @@
 // Runs every workload under Google Benchmark, then prints the ratio table.
 // Run: scripts/bench.sh, or build/bench/vantor_bench [--benchmark_filter=...]
 #include <benchmark/benchmark.h>
+#include <unistd.h>
 
 #include <map>
 
@@ -31,6 +32,7 @@ bool Counts(const benchmark::BenchmarkReporter::Run& run) {
 // Keeps the console output and remembers each workload's seconds per operation.
 class TableReporter : public benchmark::ConsoleReporter {
   public:
+    using ConsoleReporter::ConsoleReporter;
     void ReportRuns(const std::vector<Run>& runs) override {
         ConsoleReporter::ReportRuns(runs);
         for (const Run& run : runs) {
@@ -76,7 +78,9 @@ int main(int argc, char** argv) {
     }
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-    TableReporter reporter;
+    // Colours only on a terminal: the output is often kept in a file.
+    TableReporter reporter(isatty(STDOUT_FILENO) ? TableReporter::OO_Defaults
+                                                 : TableReporter::OO_Tabular);
     benchmark::RunSpecifiedBenchmarks(&reporter);
     VantorBench::PrintTable(
         [&](const std::string& name, double& seconds) { return reporter.find(name, seconds); });

@@ -39,6 +39,12 @@ struct Comparison {
 std::vector<WorkloadEntry>& Workloads();
 const std::vector<Comparison>& Comparisons();
 
+// Workloads that time parts of their own run (the file copies, interleaved so that a
+// drifting disk load hits both alike) keep the fastest time of each part here; the
+// table takes these before the runner's own times.
+void RecordFastest(const std::string& name, double seconds);
+bool FindRecorded(const std::string& name, double& seconds);
+
 // The memory floor of repainting a width x height canvas at the screen's top-left.
 std::unique_ptr<Workload> MakeFloor(int width, int height);
 
