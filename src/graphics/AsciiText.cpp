@@ -85,13 +85,13 @@ void CAsciiText::setAlignment(eAlignMode mode) {
     alignment = mode;
 }
 
-// A centred text wider than its canvas starts at the same formula and so runs off
-// both edges evenly; the canvas drops what falls outside.
 long long CAsciiText::TextWidth() const {
     return static_cast<long long>(std::strlen(pText)) * font.header.glyphWidth;
 }
 
-// In 64 bits, so that positions near the int limits and huge fonts cannot overflow.
+// A centred text wider than its canvas starts at the same formula and so runs off
+// both edges evenly; the canvas drops what falls outside. In 64 bits, so that positions
+// near the int limits and huge fonts cannot overflow.
 long long CAsciiText::FirstCellX(int canvasWidth) const {
     const long long textWidth = TextWidth();
     const long long x = position.x;
