@@ -1,25 +1,21 @@
 // A repaint must not touch the heap: on a small device a key press or a progress step
 // that allocates fragments memory over a long run. This executable counts every
-// allocation the process makes.
-#include <atomic>
-#include <cstdlib>
-#include <new>
-
+// allocation the process makes (CountingAllocator.cpp).
 #include "InterfaceFixture.h"
 #include "vantor/Context.h"
 #include "vantor/Framebuffer.h"
 #include "vantor/Keypad.h"
 #include "vantor/Menu.h"
 
-namespace {
+long AllocationCount();
 
-std::atomic<long> allocations{0};
+namespace {
 
 // Records the allocation count at every key wait, then answers from a fixed script.
 class CountingKeypad : public Vantor::CKeypad {
   public:
     int WaitKeyEvent(float) override {
-        seen[waits] = allocations;
+        seen[waits] = AllocationCount();
         return script[waits++];
     }
     int script[5] = {114, 114, 108, 114, 10};
@@ -28,20 +24,6 @@ class CountingKeypad : public Vantor::CKeypad {
 };
 
 }  // namespace
-
-void* operator new(size_t size) {
-    ++allocations;
-    if (void* block = std::malloc(size == 0 ? 1 : size)) return block;
-    throw std::bad_alloc();
-}
-
-void operator delete(void* block) noexcept {
-    std::free(block);
-}
-
-void operator delete(void* block, size_t) noexcept {
-    std::free(block);
-}
 
 using NoAllocation = Interface;
 
@@ -55,12 +37,12 @@ TEST_F(NoAllocation, UpdateAndBarOnlyProgressAllocateNothingAfterTheFirstTime) {
     ASSERT_EQ(0, Update());
     ASSERT_EQ(0, UpdateProgress(nullptr, 1, 10.0f));
 
-    const long before = allocations;
+    const long before = AllocationCount();
     for (int step = 0; step < 3; ++step) {
         ASSERT_EQ(0, Update());
         ASSERT_EQ(0, UpdateProgress(nullptr, 1, 20.0f + 30.0f * step));
     }
-    EXPECT_EQ(0, allocations - before);
+    EXPECT_EQ(0, AllocationCount() - before);
 }
 
 TEST_F(NoAllocation, AMenuKeyPressRepaintsWithoutAllocating) {
