@@ -36,6 +36,13 @@ class VANTOR_API CBitmapFont {
     CFontHeader header;
     int32_t* pGlyphCodes;
     unsigned char* pGlyphBitmaps;
+
+  private:
+    void BuildCodeIndex();
+
+    // Glyph index of every code a text byte can carry (-1 when the font lacks it),
+    // so drawing a character does not scan the code table.
+    int32_t indexOfByte[256];
 };
 
 }  // namespace Vantor

@@ -53,6 +53,17 @@ class VANTOR_API CCanvas {
     void NormalizeRectangle(CPoint& a, CPoint& b) const { NormalizeRectangle(a.x, a.y, b.x, b.y); }
     int setRectangle(const CPoint& a, const CPoint& b, const CRGBA24& colour);
     int setRectangleFrame(const CPoint& a, const CPoint& b, const CRGBA24& colour);
+    // Row-wise forms of many setPoint calls, with the same clipping and the same effect
+    // on `modified`. Coordinates are 64-bit so that far edges computed from positions
+    // near the int limits need no overflow care by the caller. Both return -2 when no
+    // pixel lies on the canvas, else 0.
+    // setArea fills the half-open area [left, right) x [top, bottom).
+    int setArea(long long left, long long top, long long right, long long bottom,
+                const CRGBA24& colour);
+    // setBitmap writes a width x height byte map with its top-left at (x, y): a non-zero
+    // byte takes the foreground colour, a zero byte the background colour.
+    int setBitmap(long long x, long long y, const unsigned char* bitmap, int width, int height,
+                  const CRGBA24& foreground, const CRGBA24& background);
 
     // Transfers between the canvas and a screen; everything off the screen is skipped.
     // The background buffer holds the screen's own pixel values, so restoring gives

@@ -1,5 +1,6 @@
-// The pixel operations of CCanvas. Every write into a canvas goes through setPoint; the
-// transfers to and from the screen are in CanvasTransfers.cpp.
+// The pixel operations of CCanvas. Every write into a canvas goes through setPoint or the
+// row fills of CanvasFills.cpp; the transfers to and from the screen are in
+// CanvasTransfers.cpp.
 #include <algorithm>
 
 #include "vantor/Canvas.h"
@@ -52,9 +53,7 @@ void CCanvas::NormalizeRectangle(int& x1, int& y1, int& x2, int& y2) const {
 int CCanvas::setRectangle(const CPoint& a, const CPoint& b, const CRGBA24& colour) {
     int x1 = a.x, y1 = a.y, x2 = b.x, y2 = b.y;
     NormalizeRectangle(x1, y1, x2, y2);
-    for (int y = y1; y < y2; ++y) {
-        for (int x = x1; x < x2; ++x) setPoint(x, y, colour);
-    }
+    setArea(x1, y1, x2, y2, colour);
     return 0;
 }
 
@@ -65,14 +64,13 @@ int CCanvas::setRectangleFrame(const CPoint& a, const CPoint& b, const CRGBA24& 
     int x1 = a.x, y1 = a.y, x2 = b.x, y2 = b.y;
     NormalizeRectangle(x1, y1, x2, y2);
     if (x1 > x2 || y1 > y2) return 0;
-    for (int x = x1; x <= x2; ++x) {
-        setPoint(x, y1, colour);
-        setPoint(x, y2, colour);
-    }
-    for (int y = y1; y <= y2; ++y) {
-        setPoint(x1, y, colour);
-        setPoint(x2, y, colour);
-    }
+    // Each edge is a one-pixel-wide area; setArea drops the parts on column W or row H.
+    const long long right = x2 + 1LL;
+    const long long bottom = y2 + 1LL;
+    setArea(x1, y1, right, y1 + 1LL, colour);
+    setArea(x1, y2, right, bottom, colour);
+    setArea(x1, y1, x1 + 1LL, bottom, colour);
+    setArea(x2, y1, right, bottom, colour);
     return 0;
 }
 

@@ -1,10 +1,11 @@
 #include "vantor/AsciiText.h"
 
+#include <algorithm>
+#include <climits>
 #include <cstring>
 
 #include "vantor/BitmapFont.h"
 #include "vantor/Canvas.h"
-#include "vantor/Glyph.h"
 #include "vantor/Rectangle.h"
 
 namespace Vantor {
@@ -58,7 +59,8 @@ int CAsciiText::getSize(int& width, int& height) {
         height = 0;
         return 0;
     }
-    width = static_cast<int>(std::strlen(pText)) * font.header.glyphWidth;
+    // An absurdly long text in an absurdly wide font reports the widest size an int holds.
+    width = static_cast<int>(std::min<long long>(TextWidth(), INT_MAX));
     height = font.header.glyphHeight;
     return 0;
 }
@@ -83,18 +85,24 @@ void CAsciiText::setAlignment(eAlignMode mode) {
     alignment = mode;
 }
 
+long long CAsciiText::TextWidth() const {
+    return static_cast<long long>(std::strlen(pText)) * font.header.glyphWidth;
+}
+
 // A centred text wider than its canvas starts at the same formula and so runs off
-// both edges evenly; the canvas drops what falls outside.
-int CAsciiText::FirstCellX(int canvasWidth) const {
-    const int textWidth = static_cast<int>(std::strlen(pText)) * font.header.glyphWidth;
+// both edges evenly; the canvas drops what falls outside. In 64 bits, so that positions
+// near the int limits and huge fonts cannot overflow.
+long long CAsciiText::FirstCellX(int canvasWidth) const {
+    const long long textWidth = TextWidth();
+    const long long x = position.x;
     // Only 2 and 3, with or without the band flag, move the text; any other value is left.
     switch (alignment & ~eAlignFillLine) {
         case eAlignCenter:
-            return position.x + (canvasWidth - textWidth) / 2;
+            return x + (canvasWidth - textWidth) / 2;
         case eAlignRight:
-            return canvasWidth - position.x - textWidth;
+            return canvasWidth - x - textWidth;
         default:
-            return position.x;
+            return x;
     }
 }
 
@@ -106,13 +114,18 @@ void CAsciiText::FillBand(CCanvas& canvas) const {
 
 int CAsciiText::Draw(CCanvas& canvas) {
     if (pText == nullptr) return 0;
-    int x = FirstCellX(canvas.getWidth());
     if (alignment & eAlignFillLine) FillBand(canvas);
-    for (const char* p = pText; *p != '\0'; ++p) {
-        CGlyph glyph(font, static_cast<unsigned char>(*p), CPoint(x, position.y), foreground,
-                     background);
-        glyph.Draw(canvas);
-        x += font.header.glyphWidth;
+    // Each character is drawn as its glyph would draw itself, without making one: a
+    // missing glyph leaves its cell alone, and cells past the right edge are not visited.
+    const int width = font.header.glyphWidth;
+    const int height = font.header.glyphHeight;
+    const int canvasWidth = canvas.getWidth();
+    long long x = FirstCellX(canvasWidth);
+    for (const char* p = pText; *p != '\0' && x < canvasWidth; ++p, x += width) {
+        const unsigned char* bitmap = font.getGlyphFromCode(static_cast<unsigned char>(*p));
+        if (bitmap != nullptr) {
+            canvas.setBitmap(x, position.y, bitmap, width, height, foreground, background);
+        }
     }
     return 0;
 }
@@ -124,9 +137,8 @@ void CAsciiText::Clear(CCanvas& canvas) {
     CPoint at;
     getSize(width, height);
     getPosition(at);
-    for (int y = at.y; y < at.y + height; ++y) {
-        for (int x = at.x; x < at.x + width; ++x) canvas.setPoint(x, y, background);
-    }
+    canvas.setArea(at.x, at.y, static_cast<long long>(at.x) + width,
+                   static_cast<long long>(at.y) + height, background);
 }
 
 }  // namespace Vantor

@@ -3,8 +3,10 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <iterator>
 #include <memory>
 #include <stdexcept>
 
@@ -41,7 +43,9 @@ bool FitsIn32Bits(const CFontHeader& h) {
 }  // namespace
 
 CBitmapFont::CBitmapFont()
-    : pFileName(nullptr), header(), pGlyphCodes(nullptr), pGlyphBitmaps(nullptr) {}
+    : pFileName(nullptr), header(), pGlyphCodes(nullptr), pGlyphBitmaps(nullptr) {
+    BuildCodeIndex();
+}
 
 CBitmapFont::CBitmapFont(const char* fileName) : CBitmapFont() {
     ReadFont(fileName);
@@ -89,10 +93,23 @@ int CBitmapFont::ReadFont(const char* fileName) {
     pGlyphBitmaps = bitmaps.release();
     delete[] pFileName;
     pFileName = name.release();
+    BuildCodeIndex();
     return 0;
 }
 
+// Walking the table from the end lets the lowest index of a repeated code win, as
+// the linear search does.
+void CBitmapFont::BuildCodeIndex() {
+    std::fill(std::begin(indexOfByte), std::end(indexOfByte), -1);
+    if (pGlyphCodes == nullptr) return;
+    for (int i = header.glyphCount - 1; i >= 0; --i) {
+        const int32_t code = pGlyphCodes[i];
+        if (code >= 0 && code < 256) indexOfByte[code] = i;
+    }
+}
+
 int CBitmapFont::getIndexFromCode(int code) const {
+    if (code >= 0 && code < 256) return indexOfByte[code];
     if (code < 0 || header.glyphCount < 1 || pGlyphCodes == nullptr) return -1;
     for (int i = 0; i < header.glyphCount; ++i) {
         if (pGlyphCodes[i] == code) return i;

@@ -12,14 +12,8 @@ CGlyph::CGlyph(CBitmapFont& font, int glyphCode, const CPoint& at, const CRGBA24
 int CGlyph::Draw(CCanvas& canvas) {
     const unsigned char* bitmap = pFont->getGlyphFromCode(code);
     if (bitmap == nullptr) return -2;
-    const int width = pFont->header.glyphWidth;
-    const int height = pFont->header.glyphHeight;
-    for (int r = 0; r < height; ++r) {
-        for (int c = 0; c < width; ++c) {
-            const bool set = bitmap[r * width + c] != 0;
-            canvas.setPoint(position.x + c, position.y + r, set ? foreground : background);
-        }
-    }
+    canvas.setBitmap(position.x, position.y, bitmap, pFont->header.glyphWidth,
+                     pFont->header.glyphHeight, foreground, background);
     return 0;
 }
 

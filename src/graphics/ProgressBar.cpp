@@ -1,5 +1,8 @@
 #include "vantor/ProgressBar.h"
 
+#include <algorithm>
+#include <climits>
+
 #include "vantor/Canvas.h"
 
 namespace Vantor {
@@ -24,9 +27,15 @@ int CProgressBar::Draw(CCanvas& canvas) {
     canvas.setRectangle(box.topLeft, box.bottomRight, background);
     canvas.setRectangleFrame(box.topLeft, box.bottomRight, foreground);
     if (progress > 0.0f) {
+        // The box is public and may be set to any corners: work in 64 bits and keep the
+        // bar's edge inside int range.
+        const long long boxWidth = static_cast<long long>(box.bottomRight.x) - box.topLeft.x + 1;
         const float fraction = progress / 100.0f;
-        const int filled = static_cast<int>(static_cast<float>(box.getWidth()) * fraction);
-        bar.bottomRight.x = bar.topLeft.x + filled - 1;
+        // A float holds widths above 2^24 only roughly and may round past the box.
+        const long long filled =
+            std::min(static_cast<long long>(static_cast<float>(boxWidth) * fraction), boxWidth);
+        bar.bottomRight.x =
+            static_cast<int>(std::clamp<long long>(bar.topLeft.x + filled - 1, INT_MIN, INT_MAX));
         // Below one pixel's worth there is nothing to fill; the inverted frame would
         // otherwise paint the column left of the box.
         if (filled > 0) canvas.setRectangle(bar.topLeft, bar.bottomRight, foreground);

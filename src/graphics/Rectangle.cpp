@@ -10,12 +10,11 @@ CRectangle::CRectangle(int x, int y, int width, int height, const CRGBA24& fg, c
 int CRectangle::Draw(CCanvas& canvas) {
     CPoint corner;
     getPosition(corner);
-    const int rows = frame.bottomRight.y - frame.topLeft.y;
-    const int columns = frame.bottomRight.x - frame.topLeft.x;
-    if (rows < 0) return 0;
-    for (int r = 0; r <= rows; ++r) {
-        for (int c = 0; c <= columns; ++c) canvas.setPoint(corner.x + c, corner.y + r, background);
-    }
+    // In 64 bits: the frame is public and its corners may lie anywhere in int range.
+    const long long rows = static_cast<long long>(frame.bottomRight.y) - frame.topLeft.y + 1;
+    const long long columns = static_cast<long long>(frame.bottomRight.x) - frame.topLeft.x + 1;
+    if (rows < 1) return 0;
+    canvas.setArea(corner.x, corner.y, corner.x + columns, corner.y + rows, background);
     return 0;
 }
 

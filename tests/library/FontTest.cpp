@@ -88,12 +88,18 @@ TEST_F(FontFile, TruncatedTablesAndMissingFilesNameTheirFailure) {
 }
 
 TEST_F(FontFile, LookupsFindTheFirstOfDuplicatesAndNeverNegativeCodes) {
-    WriteFont(path, 2, 2, {66, -5, 66});
+    WriteFont(path, 2, 2, {66, -5, 66, 256 + 67});
     CBitmapFont font(path.c_str());
     EXPECT_EQ(0, font.getIndexFromCode(66));
     EXPECT_EQ(-1, font.getIndexFromCode(-5));
     EXPECT_EQ(nullptr, font.getGlyphFromCode(-5));
-    EXPECT_EQ(-1, font.getIndexFromCode(67));
+    EXPECT_EQ(-1, font.getIndexFromCode(67));  // 323 is not 67 in disguise
+    EXPECT_EQ(3, font.getIndexFromCode(256 + 67));
+
+    WriteFont(path, 2, 2, {67});  // a reload answers for the new table only
+    font.ReadFont(path.c_str());
+    EXPECT_EQ(-1, font.getIndexFromCode(66));
+    EXPECT_EQ(0, font.getIndexFromCode(67));
 
     CBitmapFont empty;
     EXPECT_EQ(-1, empty.getIndexFromCode(66));

@@ -1,6 +1,7 @@
 // Glyphs, text lines, rectangles and progress bars drawn into a canvas.
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <cmath>
 
 #include "TestSupport.h"
@@ -79,6 +80,42 @@ TEST_F(Drawing, LeftTextFillsWholeCellsAndSkipsUnknownCharacters) {
     EXPECT_EQ(kPaper, canvas.pPixels[20 * 100 + 18]);  // 'z' is not in the font
     EXPECT_TRUE(CellShows('B', 26, 20));
     EXPECT_EQ(kPaper, canvas.pPixels[19 * 100 + 10]);
+}
+
+// A cell partly off any edge shows exactly its part on the canvas; one wholly off (also
+// near the int limits, where a careless sum wraps round) changes nothing, not even
+// `modified`.
+TEST_F(Drawing, CellsAreClippedAtEveryEdge) {
+    const CPoint positions[] = {{-3, -5},
+                                {95, 30},
+                                {-7, 30},
+                                {50, -15},
+                                {96, 37},
+                                {100, 0},
+                                {-8, 0},
+                                {0, 40},
+                                {0, -16},
+                                {0, 24},
+                                {INT_MAX - 4, 0},
+                                {INT_MIN, 0},
+                                {INT_MIN + 3, INT_MAX}};
+    for (const CPoint& at : positions) {
+        canvas.Refresh();
+        canvas.modified = false;
+        CAsciiText("A", font, at, kFg, kBg).Draw(canvas);
+        bool visible = false;
+        for (int y = 0; y < 40; ++y) {
+            for (int x = 0; x < 100; ++x) {
+                const long long c = x - static_cast<long long>(at.x);
+                const long long r = y - static_cast<long long>(at.y);
+                const bool inCell = c >= 0 && c < 8 && r >= 0 && r < 16;
+                visible = visible || inCell;
+                const uint32_t want = !inCell ? kPaper : GlyphBit('A', r, c) ? kFg : kBg;
+                ASSERT_EQ(want, canvas.pPixels[y * 100 + x]) << at.x << "," << at.y;
+            }
+        }
+        EXPECT_EQ(visible, canvas.modified) << at.x << "," << at.y;
+    }
 }
 
 TEST_F(Drawing, AlignmentPlacesTheFirstCell) {
