@@ -32,7 +32,7 @@ depends libvantor1 | grep -q 'libstdc++6' || fail "libvantor1 does not depend on
 depends libvantor-dev | grep -qF "libvantor1 (= $version)" || fail "libvantor-dev: wrong libvantor1"
 depends vantor-tools | grep -q 'libpng' || fail "vantor-tools does not depend on libpng"
 
-lintian --no-tag-display-limit "$work/vantor_${version}_$arch.changes" > "$work/lintian.log" 2>&1 || true
+lintian --tag-display-limit 0 "$work/vantor_${version}_$arch.changes" > "$work/lintian.log" 2>&1 || true
 cat "$work/lintian.log"
 grep -q '^E: ' "$work/lintian.log" && fail "lintian reports errors"
 
@@ -45,6 +45,8 @@ flags=$(PKG_CONFIG_SYSROOT_DIR=$root PKG_CONFIG_LIBDIR=$root/usr/lib/$multiarch/
 # shellcheck disable=SC2086
 cc -std=c99 -Wall -Wextra -Werror "$work/example.c" -o "$work/example" $flags
 
+# The packaged simulator must not need the tree it was built in.
+rm -rf "$work/src"
 LD_LIBRARY_PATH=$root/usr/lib/$multiarch "$root/usr/bin/vantor-sim" --screen 480x272 \
   --fonts "$root/usr/share/fonts/vantor" --shots "$work/shots" --keys "down,ok" \
   -- "$work/example" > "$work/run.log" 2>&1 || { cat "$work/run.log"; fail "the example fails in vantor-sim"; }
