@@ -18,8 +18,12 @@ rm -rf "$work"
 mkdir -p "$work/src" "$root"
 
 # The source as a checkout has it, without build trees.
-git -C "$source_dir" ls-files -z --cached --others --exclude-standard |
-  tar -C "$source_dir" --null --ignore-failed-read -T - -cf - | tar -C "$work/src" -xf -
+if git -C "$source_dir" rev-parse --is-inside-work-tree > /dev/null 2>&1; then
+  git -C "$source_dir" ls-files -z --cached --others --exclude-standard |
+    tar -C "$source_dir" --null --ignore-failed-read -T - -cf - | tar -C "$work/src" -xf -
+else
+  tar -C "$source_dir" --exclude='./build*' --exclude=./out -cf - . | tar -C "$work/src" -xf -
+fi
 (cd "$work/src" && dpkg-buildpackage -us -uc -b -j2) > "$work/build.log" 2>&1 ||
   { tail -40 "$work/build.log"; fail "dpkg-buildpackage failed"; }
 
