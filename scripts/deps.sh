@@ -11,6 +11,7 @@ VANTOR_PACKAGES=(
 )
 # GoogleTest, Google Benchmark; Terminus regenerates the default fonts in a test and
 # DejaVu is the converter tests' outline font.
+# shellcheck disable=SC2034 # used by the scripts that source this one
 VANTOR_TEST_PACKAGES=(
   googletest libgtest-dev libbenchmark-dev
   xfonts-terminus fonts-dejavu-core
