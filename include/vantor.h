@@ -17,6 +17,7 @@
 #ifndef VANTOR_H
 #define VANTOR_H
 
+#include <stddef.h> /* NULL, which several results are compared with */
 #include <stdint.h>
 
 #include "vantor/Enums.h"

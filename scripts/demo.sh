@@ -1,14 +1,15 @@
 #!/usr/bin/env bash
-# Builds everything and runs the demo in the desk simulator: the keys below walk through
-# an update (confirm, copy with progress), the device information and a reboot
-# confirmation. The screenshots are written to out/.
+# Builds the library, the demo and the simulator, and runs the demo in the simulator: the
+# keys below walk through an update (confirm, copy with progress), the device information
+# and a reboot confirmation. The screenshots are written to out/. It is meant to work as
+# the first command on a fresh Debian 12 machine, so it needs no test packages.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/deps.sh
 vantor_install_missing
 
 cmake -S . -B build -DCMAKE_BUILD_TYPE=RelWithDebInfo
-cmake --build build -j "$(nproc)"
+cmake --build build -j "$(nproc)" --target demo vantor-sim vantor_fonts
 
 keys="ok, left, ok, none, none, ok, down, ok, ok, down, down, ok, left, ok"
 rm -rf out

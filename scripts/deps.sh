@@ -1,12 +1,19 @@
 #!/usr/bin/env bash
-# Installs the Debian packages the build and the tests need, only those missing, so a
-# fresh Debian 12 machine needs nothing else. Sourced by the other scripts.
+# Installs the Debian packages the build needs, only those missing, so a fresh Debian 12
+# machine needs nothing else. Sourced by the other scripts; vantor_install_missing takes
+# more packages as arguments, such as VANTOR_TEST_PACKAGES for the test suites.
 set -euo pipefail
 
+# The library needs only the first line; the simulator and the converter the second.
 VANTOR_PACKAGES=(
   build-essential cmake pkg-config
-  googletest libgtest-dev libbenchmark-dev
   libfreetype-dev libpng-dev zlib1g-dev
+)
+# GoogleTest, Google Benchmark; Terminus regenerates the default fonts in a test and
+# DejaVu is the converter tests' outline font.
+# shellcheck disable=SC2034 # used by the scripts that source this one
+VANTOR_TEST_PACKAGES=(
+  googletest libgtest-dev libbenchmark-dev
   xfonts-terminus fonts-dejavu-core
   mandoc
 )

@@ -1,11 +1,13 @@
 #!/usr/bin/env bash
 # Builds everything and runs the whole test suite twice: a plain build with warnings
-# as errors, then the same with AddressSanitizer and UndefinedBehaviorSanitizer.
+# as errors and every opt-in suite (real kernel, armhf, cross builds and Debian
+# packages), then again with AddressSanitizer and UndefinedBehaviorSanitizer, where the
+# opt-in suites leave their work to the plain build.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/deps.sh
-vantor_install_missing
-# The suites that boot a real kernel and build for the 32-bit targets need more.
+vantor_install_missing "${VANTOR_TEST_PACKAGES[@]}"
+# The suites that boot a real kernel and build for other targets need more.
 bash scripts/system-deps.sh
 
 jobs=$(nproc)
@@ -19,7 +21,7 @@ run_suite() {
 }
 
 echo "== plain build =="
-run_suite build
+run_suite build -DVANTOR_SYSTEM_TESTS=ON -DVANTOR_ARMHF_TESTS=ON -DVANTOR_PACKAGE_TESTS=ON
 
 echo "== AddressSanitizer + UndefinedBehaviorSanitizer build =="
 export ASAN_OPTIONS=detect_leaks=1:allocator_may_return_null=1:abort_on_error=0
