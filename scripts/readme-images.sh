@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Regenerates the pictures in docs/images/ that the README shows, from a demo run.
+# Regenerates the pictures in docs/images/ that the README shows: the demo's screens and
+# the installer script's, each from a run in the simulator.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/demo.sh
@@ -7,4 +8,16 @@ mkdir -p docs/images
 cp out/0001.png docs/images/menu.png
 cp out/0003.png docs/images/dialog.png
 cp out/0004.png docs/images/progress.png
+
+cmake --build build -j "$(nproc)" --target vantor-cli
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+head -c 3000000 /dev/urandom >"$work/fw.img"
+PATH="$PWD/build/tools/vantor:$PATH" build/tools/sim/vantor-sim --no-view --shot-on-update \
+  --screen 480x272 --shots "$work/shots" --keys "down,ok,up,ok,ok" -- \
+  sh examples/installer.sh "$work/fw.img" "$work/slot-"
+cp "$work/shots/0002.png" docs/images/installer-menu.png
+cp "$work/shots/0005.png" docs/images/installer-yesno.png
+cp "$work/shots/0010.png" docs/images/installer-gauge.png
+cp "$work/shots/0016.png" docs/images/installer-copy.png
 echo "docs/images/ updated"
