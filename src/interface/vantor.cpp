@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <climits>
 #include <cstring>
 #include <iostream>
@@ -14,6 +15,7 @@
 
 #include "Boundary.h"
 #include "ContextKeypad.h"
+#include "CrashLine.h"
 #include "vantor/AsciiText.h"
 #include "vantor/BitmapFont.h"
 #include "vantor/Canvas.h"
@@ -144,19 +146,24 @@ void handler(int signal, siginfo_t* info, void*) {
         std::memset(&empty, 0, sizeof(empty));
         info = &empty;
     }
-    std::cerr << "Signal caught!" << std::endl;
-    std::cerr << "\tSignal number: " << info->si_signo << std::endl;
-    std::cerr << "\tError number:  " << info->si_errno << std::endl;
-    std::cerr << "\tSignal code:   " << info->si_code << std::endl;
+    const int savedErrno = errno;
+    CrashLine("Signal caught!").Write();
+    CrashLine("\tSignal number: ").Number(info->si_signo).Write();
+    CrashLine("\tError number:  ").Number(info->si_errno).Write();
+    CrashLine("\tSignal code:   ").Number(info->si_code).Write();
     if (signal == SIGABRT) {
-        std::cerr << "Abort!" << std::endl;
+        CrashLine("Abort!").Write();
     } else if (signal == SIGSEGV) {
-        std::cerr << "Segmentation fault!" << std::endl;
-        std::cerr << "Offending address: " << std::hex << info->si_addr << std::endl;
+        CrashLine("Segmentation fault!").Write();
+        // The error stream stays hexadecimal afterwards, for the host and for later
+        // reports alike; changing a flag takes no lock and allocates nothing.
+        std::cerr.setf(std::ios_base::hex, std::ios_base::basefield);
+        CrashLine("Offending address: ").Pointer(info->si_addr).Write();
         if (info->si_code > 0) ::signal(SIGSEGV, SIG_DFL);
     } else {
-        std::cerr << "Signal: " << signal << std::endl;
+        CrashLine("Signal: ").Number(signal).Write();
     }
+    errno = savedErrno;
 }
 
 }  // namespace Vantor
