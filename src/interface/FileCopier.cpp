@@ -125,8 +125,11 @@ int FileCopier::Run() {
 }
 
 int FileCopier::OpenSource() {
-    in.fd = OpenRetrying(sourcePath, O_RDONLY);
+    // Without O_NONBLOCK a pipe with no writer would hold the open for ever, before we
+    // could see that it is a pipe; the reads that follow are blocking again.
+    in.fd = OpenRetrying(sourcePath, O_RDONLY | O_NONBLOCK);
     if (in.fd < 0) return Fail("Cannot open input file ", sourcePath, errno);
+    fcntl(in.fd, F_SETFL, fcntl(in.fd, F_GETFL) & ~O_NONBLOCK);
     struct stat status;
     if (fstat(in.fd, &status) != 0) return Fail("Cannot acquire file stat ", sourcePath, errno);
     return SizeSource(status);

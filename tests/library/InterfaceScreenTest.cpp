@@ -1,11 +1,14 @@
 // The state record, the framebuffer device and the screen and text calls, seen through
 // the C interface on a virtual framebuffer.
+#include <cerrno>
 #include <cstring>
+#include <filesystem>
 
 #include "InterfaceFixture.h"
 #include "vantor/Canvas.h"
 #include "vantor/Context.h"
 #include "vantor/Framebuffer.h"
+#include "vantor_platform.h"
 
 using Vantor::pContext;
 
@@ -140,4 +143,29 @@ TEST_F(Interface, FontSizesAndColourConversion) {
     EXPECT_EQ(5, RGB_to_RGBA(rgb, out, 4));
     EXPECT_EQ(-2, RGB_to_RGBA(rgb, out, 0));
     EXPECT_EQ(-2, RGB_to_RGBA(nullptr, out, 3));
+}
+
+// A device or font file that fails part way through start-up leaves no usable state and
+// nothing open: the framebuffer, its mapping and the font files are all given back.
+TEST_F(Interface, StartUpFaultsLeaveNothingOpen) {
+    const struct {
+        const char* call;
+        int error, nth;
+    } faults[] = {{"open", EIO, 1},    {"ioctl", EIO, 1},   {"ioctl", EIO, 2},
+                  {"mmap", ENOMEM, 1}, {"open", EMFILE, 3}, {"read", EIO, 1}};
+    const auto descriptors = [] {
+        return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
+    };
+    for (const auto& fault : faults) {
+        const auto before = descriptors();
+        CaptureStdoutOf([&] {
+            CaptureStderrOf([&] {
+                vp_fail_call(fault.call, fault.error, fault.nth);
+                EXPECT_EQ(nullptr, InitFramebuffer("/dev/fb0")) << fault.call << fault.nth;
+            });
+        });
+        EXPECT_FALSE(Vantor::IsContextValid(pContext));
+        EXPECT_EQ(0, OpenFramebufferDescriptors());
+        EXPECT_EQ(before, descriptors()) << fault.call << fault.nth;
+    }
 }
