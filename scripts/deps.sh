@@ -8,6 +8,7 @@ VANTOR_PACKAGES=(
   googletest libgtest-dev libbenchmark-dev
   libfreetype-dev libpng-dev zlib1g-dev
   xfonts-terminus fonts-dejavu-core
+  clang libclang-rt-14-dev  # libFuzzer and the sanitizers for scripts/fuzz.sh
 )
 
 vantor_install_missing() {
