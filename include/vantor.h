@@ -57,7 +57,9 @@ VANTOR_C_API void* InitFramebuffer(const char* device);
 /* --- Screen ------------------------------------------------------------------ */
 
 /* Makes the main canvas at (x, y), width x height pixels, replacing an earlier one.
- *  0 ok;  -2 no framebuffer, size below 1 or too large. */
+ *  0 ok;  -2 no framebuffer, size below 1 or too large. Too large, for the canvas,
+ *  dialog, progress window and menu alike: more pixels than four screens' worth (at
+ *  least 65536), which no panel could show. */
 VANTOR_C_API int InitCanvas(int x, int y, int width, int height);
 /* Draws the main canvas's texts and shows it.  0 ok;  -2 no framebuffer or no canvas. */
 VANTOR_C_API int Update(void);
@@ -118,7 +120,8 @@ VANTOR_C_API int HideDialog(void);
 VANTOR_C_API int InitMenu(int x, int y);
 /* Appends the NULL-terminated entries (numbered from 1) and lets the user choose.
  * Returns the chosen number, 0 back, -3 cancel, -4 home, -1 no entries;
- *  -2 no framebuffer, no menu, entries NULL or no usable keypad. */
+ *  -2 no framebuffer, no menu, entries NULL, no usable keypad, or entries that would
+ *  make the menu too large (then none is added). */
 VANTOR_C_API int ShowMenu(const char** entries, int orientation, int align);
 
 /* --- Progress window ---------------------------------------------------------- */

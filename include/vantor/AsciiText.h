@@ -46,7 +46,7 @@ class VANTOR_API CAsciiText : public CGObj {
     eAlignMode alignment;
 
   private:
-    int FirstCellX(int canvasWidth) const;
+    long long FirstCellX(int canvasWidth) const;
     void FillBand(CCanvas& canvas) const;
 };
 

@@ -1,5 +1,6 @@
 #include "vantor/AsciiText.h"
 
+#include <climits>
 #include <cstring>
 
 #include "vantor/BitmapFont.h"
@@ -58,7 +59,8 @@ int CAsciiText::getSize(int& width, int& height) {
         height = 0;
         return 0;
     }
-    width = static_cast<int>(std::strlen(pText)) * font.header.glyphWidth;
+    const long long full = static_cast<long long>(std::strlen(pText)) * font.header.glyphWidth;
+    width = full > INT_MAX ? INT_MAX : static_cast<int>(full);
     height = font.header.glyphHeight;
     return 0;
 }
@@ -85,14 +87,15 @@ void CAsciiText::setAlignment(eAlignMode mode) {
 
 // A centred text wider than its canvas starts at the same formula and so runs off
 // both edges evenly; the canvas drops what falls outside.
-int CAsciiText::FirstCellX(int canvasWidth) const {
-    const int textWidth = static_cast<int>(std::strlen(pText)) * font.header.glyphWidth;
+// In 64 bits: a text may start anywhere an int reaches and be wider than an int counts.
+long long CAsciiText::FirstCellX(int canvasWidth) const {
+    const long long textWidth = static_cast<long long>(std::strlen(pText)) * font.header.glyphWidth;
     // Only 2 and 3, with or without the band flag, move the text; any other value is left.
     switch (alignment & ~eAlignFillLine) {
         case eAlignCenter:
             return position.x + (canvasWidth - textWidth) / 2;
         case eAlignRight:
-            return canvasWidth - position.x - textWidth;
+            return static_cast<long long>(canvasWidth) - position.x - textWidth;
         default:
             return position.x;
     }
@@ -106,12 +109,15 @@ void CAsciiText::FillBand(CCanvas& canvas) const {
 
 int CAsciiText::Draw(CCanvas& canvas) {
     if (pText == nullptr) return 0;
-    int x = FirstCellX(canvas.getWidth());
+    long long x = FirstCellX(canvas.getWidth());
     if (alignment & eAlignFillLine) FillBand(canvas);
-    for (const char* p = pText; *p != '\0'; ++p) {
-        CGlyph glyph(font, static_cast<unsigned char>(*p), CPoint(x, position.y), foreground,
-                     background);
-        glyph.Draw(canvas);
+    // Cells left of the int range are skipped; past its right end nothing more shows.
+    for (const char* p = pText; *p != '\0' && x <= INT_MAX; ++p) {
+        if (x >= INT_MIN) {
+            CGlyph glyph(font, static_cast<unsigned char>(*p), CPoint(int(x), position.y),
+                         foreground, background);
+            glyph.Draw(canvas);
+        }
         x += font.header.glyphWidth;
     }
     return 0;
@@ -124,8 +130,10 @@ void CAsciiText::Clear(CCanvas& canvas) {
     CPoint at;
     getSize(width, height);
     getPosition(at);
-    for (int y = at.y; y < at.y + height; ++y) {
-        for (int x = at.x; x < at.x + width; ++x) canvas.setPoint(x, y, background);
+    for (long long y = at.y; y < at.y + static_cast<long long>(height) && y <= INT_MAX; ++y) {
+        for (long long x = at.x; x < at.x + static_cast<long long>(width) && x <= INT_MAX; ++x) {
+            canvas.setPoint(int(x), int(y), background);
+        }
     }
 }
 

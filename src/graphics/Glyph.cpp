@@ -1,5 +1,7 @@
 #include "vantor/Glyph.h"
 
+#include <climits>
+
 #include "vantor/BitmapFont.h"
 #include "vantor/Canvas.h"
 
@@ -14,8 +16,9 @@ int CGlyph::Draw(CCanvas& canvas) {
     if (bitmap == nullptr) return -2;
     const int width = pFont->header.glyphWidth;
     const int height = pFont->header.glyphHeight;
-    for (int r = 0; r < height; ++r) {
-        for (int c = 0; c < width; ++c) {
+    // A glyph at the far right or bottom of the int range loses the cells beyond it.
+    for (int r = 0; r < height && position.y <= INT_MAX - r; ++r) {
+        for (int c = 0; c < width && position.x <= INT_MAX - c; ++c) {
             const bool set = bitmap[r * width + c] != 0;
             canvas.setPoint(position.x + c, position.y + r, set ? foreground : background);
         }

@@ -1,6 +1,7 @@
 // The state record, the framebuffer device and the screen and text calls, seen through
 // the C interface on a virtual framebuffer.
 #include <cerrno>
+#include <climits>
 #include <cstring>
 #include <filesystem>
 
@@ -8,6 +9,7 @@
 #include "vantor/Canvas.h"
 #include "vantor/Context.h"
 #include "vantor/Framebuffer.h"
+#include "vantor/Menu.h"
 #include "vantor_platform.h"
 
 using Vantor::pContext;
@@ -98,7 +100,19 @@ TEST_F(Interface, CanvasSizesAndMissingCanvasAreRefused) {
     EXPECT_EQ(-2, Update());
     EXPECT_EQ(-2, Clear());
     EXPECT_EQ(-2, InitCanvas(0, 0, 0, 10));
-    EXPECT_EQ(-2, InitCanvas(0, 0, 100000, 100000));
+    // Four screens' worth (here 640x480 on 320x240) is the most a widget may cover.
+    for (auto init : {InitCanvas, InitDialog, InitProgress}) {
+        EXPECT_EQ(-2, init(0, 0, 8192, 8192));
+        EXPECT_EQ(-2, init(0, 0, 641, 480));
+        EXPECT_EQ(0, init(INT_MIN, INT_MAX, 640, 480));
+    }
+    AddKeypad();
+    ASSERT_EQ(0, InitKeypad());
+    InitMenu(0, 0);
+    const std::string entry(200000, 'm');
+    const char* entries[] = {"short", entry.c_str(), nullptr};
+    EXPECT_EQ(-2, ShowMenu(entries, 0, 0));
+    EXPECT_TRUE(pContext->pMenu->objects.empty());
     EXPECT_EQ(0, InitCanvas(0, 0, 10, 10));
     EXPECT_EQ(0, InitCanvas(5, 5, 10, 10));  // replaces (and releases) the first
     EXPECT_EQ(5, pContext->pCanvas->frame.topLeft.x);
