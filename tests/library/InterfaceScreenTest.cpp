@@ -3,9 +3,9 @@
 #include <cerrno>
 #include <climits>
 #include <cstring>
-#include <filesystem>
 
 #include "InterfaceFixture.h"
+#include "TestSupport.h"
 #include "vantor/Canvas.h"
 #include "vantor/Context.h"
 #include "vantor/Framebuffer.h"
@@ -167,11 +167,8 @@ TEST_F(Interface, StartUpFaultsLeaveNothingOpen) {
         int error, nth;
     } faults[] = {{"open", EIO, 1},    {"ioctl", EIO, 1},   {"ioctl", EIO, 2},
                   {"mmap", ENOMEM, 1}, {"open", EMFILE, 3}, {"read", EIO, 1}};
-    const auto descriptors = [] {
-        return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
-    };
     for (const auto& fault : faults) {
-        const auto before = descriptors();
+        const int before = VantorTest::OpenDescriptors();
         CaptureStdoutOf([&] {
             CaptureStderrOf([&] {
                 vp_fail_call(fault.call, fault.error, fault.nth);
@@ -180,6 +177,6 @@ TEST_F(Interface, StartUpFaultsLeaveNothingOpen) {
         });
         EXPECT_FALSE(Vantor::IsContextValid(pContext));
         EXPECT_EQ(0, OpenFramebufferDescriptors());
-        EXPECT_EQ(before, descriptors()) << fault.call << fault.nth;
+        EXPECT_EQ(before, VantorTest::OpenDescriptors()) << fault.call << fault.nth;
     }
 }
