@@ -21,7 +21,7 @@ const std::string& FontPath() {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     FILE* file = std::fopen(FontPath().c_str(), "wb");
     if (file == nullptr) return 0;
-    std::fwrite(data, 1, size, file);
+    if (size > 0) std::fwrite(data, 1, size, file);
     std::fclose(file);
     try {
         Vantor::CBitmapFont font(FontPath().c_str());

@@ -36,20 +36,6 @@ void FaultWhileLocked(FILE* stream) {
     _exit(0);
 }
 
-// A double free: the allocator itself stops the process from inside free().
-void FaultInsideMalloc() {
-    void* (*volatile allocate)(size_t) = malloc;
-    void (*volatile release)(void*) = free;
-    void* chunk = allocate(48);
-    release(chunk);
-    release(chunk);
-    _exit(0);  // an allocator that noticed nothing
-}
-
-bool DiedOfSegvOrAbort(int status) {
-    return WIFSIGNALED(status) && (WTERMSIG(status) == SIGSEGV || WTERMSIG(status) == SIGABRT);
-}
-
 }  // namespace
 
 TEST(CrashReport, InstalledForSegvAndAbortWithSigInfoOnly) {
@@ -107,6 +93,24 @@ TEST(CrashReportDeathTest, ReportsWhileAnotherThreadHoldsTheStreams) {
 }
 
 #ifndef __SANITIZE_ADDRESS__  // AddressSanitizer reports a double free itself
+namespace {
+
+// A double free: the allocator itself stops the process from inside free().
+void FaultInsideMalloc() {
+    void* (*volatile allocate)(size_t) = malloc;
+    void (*volatile release)(void*) = free;
+    void* chunk = allocate(48);
+    release(chunk);
+    release(chunk);
+    _exit(0);  // an allocator that noticed nothing
+}
+
+bool DiedOfSegvOrAbort(int status) {
+    return WIFSIGNALED(status) && (WTERMSIG(status) == SIGSEGV || WTERMSIG(status) == SIGABRT);
+}
+
+}  // namespace
+
 TEST(CrashReportDeathTest, FaultInsideTheAllocatorIsReported) {
     EXPECT_EXIT(FaultInsideMalloc(), DiedOfSegvOrAbort, "Signal caught!\n(.|\n)*Abort!\n");
 }
