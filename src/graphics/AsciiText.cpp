@@ -111,14 +111,16 @@ int CAsciiText::Draw(CCanvas& canvas) {
     if (pText == nullptr) return 0;
     long long x = FirstCellX(canvas.getWidth());
     if (alignment & eAlignFillLine) FillBand(canvas);
-    // Cells left of the int range are skipped; past its right end nothing more shows.
-    for (const char* p = pText; *p != '\0' && x <= INT_MAX; ++p) {
-        if (x >= INT_MIN) {
+    // Only cells that overlap the canvas are drawn: a 300,000-character line costs a
+    // scan of its bytes, not 300,000 glyphs clipped pixel by pixel.
+    const int cell = font.header.glyphWidth;
+    for (const char* p = pText; *p != '\0' && x < canvas.getWidth(); ++p) {
+        if (x + cell > 0) {
             CGlyph glyph(font, static_cast<unsigned char>(*p), CPoint(int(x), position.y),
                          foreground, background);
             glyph.Draw(canvas);
         }
-        x += font.header.glyphWidth;
+        x += cell;
     }
     return 0;
 }
