@@ -65,7 +65,9 @@ VANTOR_C_API void* InitFramebuffer(const char* device);
 /* --- Screen ------------------------------------------------------------------ */
 
 /* Makes the main canvas at (x, y), width x height pixels, replacing an earlier one.
- *  0 ok;  -2 no framebuffer, size below 1 or too large. */
+ *  0 ok;  -2 no framebuffer, size below 1 or too large. Too large, for the canvas,
+ *  dialog, progress window and menu alike: more pixels than four screens' worth (at
+ *  least 65536), which no panel could show. */
 VANTOR_C_API int InitCanvas(int x, int y, int width, int height);
 /* Draws the main canvas's texts and shows it.  0 ok;  -2 no framebuffer or no canvas. */
 VANTOR_C_API int Update(void);
@@ -130,8 +132,9 @@ VANTOR_C_API int HideDialog(void);
 VANTOR_C_API int InitMenu(int x, int y);
 /* Appends the NULL-terminated entries (numbered from 1) and lets the user choose.
  * Returns the chosen number, 0 back, -3 cancel, -4 home, -1 no entries;
- *  -2 no framebuffer, no menu, entries NULL or no usable keypad, also when the key
- *  device goes away during the wait (the menu is taken off the screen first). */
+ *  -2 no framebuffer, no menu, entries NULL, no usable keypad, entries that would
+ *  make the menu too large (then none is added), or the key device going away during
+ *  the wait (the menu is taken off the screen first). */
 VANTOR_C_API int ShowMenu(const char** entries, int orientation, int align);
 
 /* --- Progress window ---------------------------------------------------------- */
@@ -150,15 +153,38 @@ VANTOR_C_API int HideProgress(void);
 
 /* --- File copy ---------------------------------------------------------------- */
 
-/* Copies source to target in 1 MiB blocks, moving the progress bar from where it
- * stands by share percent, with text (may be NULL) as its caption. The target is
- * created with mode 0644 (less the umask), ends up exactly as long as the source and
- * is flushed to storage before success is reported.
+/* Two calls; both move the progress bar (if InitProgress made one) from where it stands
+ * by share percent, with text (may be NULL) as its caption, and print one line on
+ * stderr for each failure.
+ *
+ * CopyFileWithProgress: the simple copy for files below 2 GiB. It writes over the
+ * target in place, so a failure can leave the target part old, part new. The target
+ * is created with mode 0644 (less the umask), is flushed to storage, and when both
+ * are regular files it ends up exactly as long as the source (a device or /proc
+ * source never empties a target).
  *  0 ok;  -13 source status unreadable (or 2 GiB and more);  -1 source or target not
  *  openable, or a read failed;  -5 a write, or flushing the target to storage, failed.
- *  Each failure prints one line on stderr. */
+ *
+ * CopyFileWithProgressEx: the copy for firmware work. Any size; the source may be a
+ * regular file or a block device (a partition, sized by its device size); a directory,
+ * pipe, character device or /proc file is refused before the target is touched. A
+ * regular target is written to a temporary file beside it, synced, renamed into place
+ * and its directory synced: on any failure the old target is untouched and no partial
+ * file remains. A new target gets mode 0644 (less the umask), an existing one keeps its
+ * mode. A block-device target is written in place (refused with -ENOSPC if smaller
+ * than the source) and synced. Signals (EINTR) and short writes are handled. With
+ * VANTOR_COPY_VERIFY the target is read back from storage and compared; the copy and
+ * the read-back then each move the bar by half the share.
+ *  0 ok;  -errno of the failing step (-ENOSPC, -EROFS, -EIO for a source that ended
+ *  early or a target that read back different, -EISDIR or -EINVAL for an unsized
+ *  source, -EINVAL for a NULL path or unknown flags). The line ends with the system's
+ *  reason, e.g. "Write error: /data/fw.img: No space left on device". */
+#define VANTOR_COPY_VERIFY 1
+
 VANTOR_C_API int CopyFileWithProgress(const char* source, const char* target, const char* text,
                                       float share);
+VANTOR_C_API int CopyFileWithProgressEx(const char* source, const char* target, const char* text,
+                                        float share, int flags);
 
 #ifdef __cplusplus
 }

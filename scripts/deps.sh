@@ -15,7 +15,8 @@ VANTOR_PACKAGES=(
 VANTOR_TEST_PACKAGES=(
   googletest libgtest-dev libbenchmark-dev
   xfonts-terminus fonts-dejavu-core
-  mandoc
+  mandoc                    # lints the vantor command's manual page
+  clang libclang-rt-14-dev  # libFuzzer and the sanitizers for scripts/fuzz.sh
 )
 
 vantor_install_missing() {

@@ -28,4 +28,7 @@ export ASAN_OPTIONS=detect_leaks=1:allocator_may_return_null=1:abort_on_error=0
 export UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
 run_suite build-sanitize -DVANTOR_SANITIZE=ON
 
-echo "All tests passed, plain and sanitized."
+echo "== fuzzers, 30 s each (scripts/fuzz.sh SECONDS for a longer run) =="
+bash scripts/fuzz.sh 30
+
+echo "All tests passed, plain and sanitized, and the fuzzers found nothing."

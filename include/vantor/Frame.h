@@ -17,11 +17,18 @@ class VANTOR_API CFrame {
     CFrame(const CFrame&) = default;
     CFrame& operator=(const CFrame&) = default;
 
-    int getWidth() const { return bottomRight.x - topLeft.x + 1; }
-    int getHeight() const { return bottomRight.y - topLeft.y + 1; }
+    // A frame spanning more than an int can count reports INT_MAX rather than wrapping.
+    int getWidth() const { return Span(topLeft.x, bottomRight.x); }
+    int getHeight() const { return Span(topLeft.y, bottomRight.y); }
 
     CPoint topLeft;
     CPoint bottomRight;
+
+  private:
+    static int Span(int from, int to) {
+        const long long span = static_cast<long long>(to) - from + 1;
+        return span > 0x7fffffffLL ? 0x7fffffff : static_cast<int>(span);
+    }
 };
 
 }  // namespace Vantor

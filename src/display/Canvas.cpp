@@ -6,6 +6,16 @@
 
 namespace Vantor {
 
+namespace {
+
+// Objects may sit anywhere an int reaches; sums of positions, sizes and margins are
+// taken in 64 bits and pinned to the int range instead of wrapping.
+int Pinned(long long value) {
+    return static_cast<int>(std::min<long long>(std::max<long long>(value, INT_MIN), INT_MAX));
+}
+
+}  // namespace
+
 CCanvas::CCanvas()
     : frame(CPoint(-1, -1), CPoint(-1, -1)),
       pPixels(nullptr),
@@ -97,22 +107,25 @@ int CCanvas::getFootprint(CFrame& footprint) {
         object->getPosition(position);
         footprint.topLeft.x = std::min(footprint.topLeft.x, position.x);
         footprint.topLeft.y = std::min(footprint.topLeft.y, position.y);
-        footprint.bottomRight.x = std::max(footprint.bottomRight.x, position.x + width);
-        footprint.bottomRight.y = std::max(footprint.bottomRight.y, position.y + height);
+        footprint.bottomRight.x =
+            std::max(footprint.bottomRight.x, Pinned(static_cast<long long>(position.x) + width));
+        footprint.bottomRight.y =
+            std::max(footprint.bottomRight.y, Pinned(static_cast<long long>(position.y) + height));
     }
     return 0;
 }
 
 int CCanvas::Resize(CFrame& footprint, int margin) {
     const CPoint origin = frame.topLeft;
-    footprint.bottomRight.x += 2 * margin;
-    footprint.bottomRight.y += 2 * margin;
+    footprint.bottomRight.x = Pinned(footprint.bottomRight.x + 2LL * margin);
+    footprint.bottomRight.y = Pinned(footprint.bottomRight.y + 2LL * margin);
     if (objects.empty()) return 0;
     for (CGObj* object : objects) {
         CPoint position;
         object->getPosition(position);
-        object->setPosition(CPoint(position.x - footprint.topLeft.x + margin,
-                                   position.y - footprint.topLeft.y + margin));
+        object->setPosition(
+            CPoint(Pinned(static_cast<long long>(position.x) - footprint.topLeft.x + margin),
+                   Pinned(static_cast<long long>(position.y) - footprint.topLeft.y + margin)));
     }
     setSize(footprint.getWidth(), footprint.getHeight());
     setOffset(origin.x, origin.y);

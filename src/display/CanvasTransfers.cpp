@@ -21,15 +21,18 @@ struct Span {
     size_t Columns() const { return size_t(endColumn - firstColumn); }
 };
 
-// Works in 64 bits: a canvas far off the screen must not wrap into it.
+// The part of [from, to) whose screen coordinate origin + i lies in [0, size). Worked out
+// in 64 bits and kept inside [from, to), so a canvas far off the screen (at INT_MIN, say)
+// can neither wrap into it nor give a negative column.
+void ClipAxis(int from, int to, long long origin, int size, int& first, int& end) {
+    first = int(std::clamp<long long>(-origin, from, to));
+    end = int(std::clamp<long long>(size - origin, first, to));
+}
+
 Span ClipToScreen(const CFrame& frame, int x1, int y1, int x2, int y2, const CScreen& screen) {
-    const long long originX = frame.topLeft.x;
-    const long long originY = frame.topLeft.y;
     Span span;
-    span.firstColumn = int(std::max<long long>(x1, -originX));
-    span.endColumn = int(std::max<long long>(std::min<long long>(x2, screen.width - originX), 0));
-    span.firstRow = int(std::max<long long>(y1, -originY));
-    span.endRow = int(std::max<long long>(std::min<long long>(y2, screen.height - originY), 0));
+    ClipAxis(x1, x2, frame.topLeft.x, screen.width, span.firstColumn, span.endColumn);
+    ClipAxis(y1, y2, frame.topLeft.y, screen.height, span.firstRow, span.endRow);
     // No memory, or a layout a host made up that cannot be written: nothing to do.
     if (screen.pStart == nullptr || !screen.format.IsValid()) span.endRow = span.firstRow;
     return span;

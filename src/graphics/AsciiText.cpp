@@ -116,12 +116,14 @@ int CAsciiText::Draw(CCanvas& canvas) {
     if (pText == nullptr) return 0;
     if (alignment & eAlignFillLine) FillBand(canvas);
     // Each character is drawn as its glyph would draw itself, without making one: a
-    // missing glyph leaves its cell alone, and cells past the right edge are not visited.
+    // missing glyph leaves its cell alone, and only cells that overlap the canvas are
+    // looked up, so a 300,000-character line costs a scan of its bytes.
     const int width = font.header.glyphWidth;
     const int height = font.header.glyphHeight;
     const int canvasWidth = canvas.getWidth();
     long long x = FirstCellX(canvasWidth);
     for (const char* p = pText; *p != '\0' && x < canvasWidth; ++p, x += width) {
+        if (x + width <= 0) continue;
         const unsigned char* bitmap = font.getGlyphFromCode(static_cast<unsigned char>(*p));
         if (bitmap != nullptr) {
             canvas.setBitmap(x, position.y, bitmap, width, height, foreground, background);

@@ -1,9 +1,11 @@
 #include "vantor/BitmapFont.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <climits>
 #include <cstdint>
 #include <cstring>
 #include <iterator>
@@ -32,12 +34,31 @@ bool ReadExactly(int fd, void* buffer, size_t size) {
     return got >= 0 && static_cast<size_t>(got) == size;
 }
 
-// The tables must be describable by a 32-bit byte count, or a crafted header could
-// make us allocate less than we later index.
-bool FitsIn32Bits(const CFontHeader& h) {
-    const int64_t bitmapBytes = int64_t(h.glyphCount) * h.glyphHeight * h.glyphWidth;
-    const int64_t codeBytes = int64_t(h.glyphCount) * 4;
-    return bitmapBytes <= INT32_MAX && codeBytes <= INT32_MAX;
+// No display shows a character wider or taller than this; a bigger cell can only come
+// from a damaged or hostile file, and refusing it keeps every product of cell sizes and
+// text lengths far from overflow.
+const int32_t kMaxGlyphSide = 4096;
+
+// A font that is not a regular file (a pipe, a device) has no size to check the header
+// against; real fonts are a few KiB, so its tables are bounded by this instead.
+const int64_t kMaxUnsizedTables = 16 << 20;
+
+bool IsPossible(const CFontHeader& h) {
+    if (h.glyphCount <= 0 || h.glyphWidth <= 0 || h.glyphHeight <= 0) return false;
+    if (h.glyphWidth > kMaxGlyphSide || h.glyphHeight > kMaxGlyphSide) return false;
+    // The bitmap table must be describable by a 32-bit byte count, or a crafted header
+    // could make us allocate less than we later index. The sides are capped, so the
+    // 64-bit product cannot wrap.
+    return int64_t(h.glyphCount) * h.glyphHeight * h.glyphWidth <= INT32_MAX;
+}
+
+// How many bytes may follow the header: what the file holds if it is a regular file.
+int64_t TableBytesAvailable(int fd) {
+    struct stat status;
+    if (fstat(fd, &status) != 0 || !S_ISREG(status.st_mode)) return kMaxUnsizedTables;
+    return status.st_size > int64_t(sizeof(CFontHeader))
+               ? status.st_size - int64_t(sizeof(CFontHeader))
+               : 0;
 }
 
 }  // namespace
@@ -68,19 +89,23 @@ int CBitmapFont::ReadFont(const char* fileName) {
 
     CFontHeader loaded;
     if (!ReadExactly(file.fd, &loaded, sizeof(loaded)) ||
-        std::memcmp(loaded.magic, kMagic, sizeof(kMagic)) != 0 || loaded.glyphCount <= 0 ||
-        loaded.glyphWidth <= 0 || loaded.glyphHeight <= 0 || !FitsIn32Bits(loaded)) {
+        std::memcmp(loaded.magic, kMagic, sizeof(kMagic)) != 0 || !IsPossible(loaded)) {
         throw std::runtime_error("Cannot read font");
     }
-    const size_t count = static_cast<size_t>(loaded.glyphCount);
-    const size_t bitmapBytes = count * loaded.glyphHeight * loaded.glyphWidth;
+    // A header may claim more than the file holds: such a file fails with the message
+    // its short read would give, before anything of the claimed size is allocated.
+    const int64_t available = TableBytesAvailable(file.fd);
+    const int64_t codeBytes = int64_t(loaded.glyphCount) * 4;
+    const int64_t bitmapBytes = int64_t(loaded.glyphCount) * loaded.glyphHeight * loaded.glyphWidth;
+    if (codeBytes > available) throw std::runtime_error("Unable to read glyph codes");
 
-    std::unique_ptr<int32_t[]> codes(new int32_t[count]);
-    if (!ReadExactly(file.fd, codes.get(), count * sizeof(int32_t))) {
+    std::unique_ptr<int32_t[]> codes(new int32_t[loaded.glyphCount]);
+    if (!ReadExactly(file.fd, codes.get(), size_t(codeBytes))) {
         throw std::runtime_error("Unable to read glyph codes");
     }
+    if (bitmapBytes > available - codeBytes) throw std::runtime_error("Unable to read glyphs");
     std::unique_ptr<unsigned char[]> bitmaps(new unsigned char[bitmapBytes]);
-    if (!ReadExactly(file.fd, bitmaps.get(), bitmapBytes)) {
+    if (!ReadExactly(file.fd, bitmaps.get(), size_t(bitmapBytes))) {
         throw std::runtime_error("Unable to read glyphs");
     }
     std::unique_ptr<char[]> name(new char[std::strlen(fileName) + 1]);

@@ -1,5 +1,7 @@
 #include "vantor/Glyph.h"
 
+#include <climits>
+
 #include "vantor/BitmapFont.h"
 #include "vantor/Canvas.h"
 

@@ -7,13 +7,17 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cerrno>
 #include <climits>
 #include <cstring>
 #include <iostream>
 #include <memory>
+#include <vector>
 
 #include "Boundary.h"
 #include "ContextKeypad.h"
+#include "CrashLine.h"
 #include "vantor/AsciiText.h"
 #include "vantor/BitmapFont.h"
 #include "vantor/Canvas.h"
@@ -31,9 +35,12 @@ context* pContext = nullptr;
 
 namespace {
 
-// No device needs a canvas anywhere near this; a wild size from a bad argument fails
-// at once instead of pushing a small device into memory exhaustion.
-const long long kMaxCanvasPixels = 1LL << 26;
+// A canvas, dialog, progress window or menu bigger than a few screens can never be
+// shown; such a size comes from a bad argument and fails at once instead of pushing a
+// small device into memory exhaustion (each canvas holds two buffers of 4 bytes per
+// pixel). Tiny screens still get room for a usual widget.
+const long long kScreensWorth = 4;
+const long long kMinCanvasPixels = 1LL << 16;
 
 CContextKeypad& WidgetKeypad() {
     static CContextKeypad keypad;
@@ -48,8 +55,40 @@ CFramebuffer& Screen() {
     return *pContext->pFramebuffer;
 }
 
+long long MaxCanvasPixels() {
+    const long long screen =
+        static_cast<long long>(Screen().getScreenWidth()) * Screen().getScreenHeight();
+    return std::max(kScreensWorth * screen, kMinCanvasPixels);
+}
+
 bool IsAcceptableSize(int width, int height) {
-    return width >= 1 && height >= 1 && static_cast<long long>(width) * height <= kMaxCanvasPixels;
+    return width >= 1 && height >= 1 && static_cast<long long>(width) * height <= MaxCanvasPixels();
+}
+
+// The menu lays its entries out from (5, 5), one below the other 8 pixels apart or side
+// by side 15 apart, plus a margin of 3 around; this is the size it would take with the
+// new entries, counted before anything is added.
+bool MenuFits(CMenu& menu, const char** entries, int orientation) {
+    const CBitmapFont& font = *Screen().pFontRegular;
+    std::vector<long long> widths;
+    for (CGObj* item : menu.objects) {
+        int w = 0, h = 0;
+        item->getSize(w, h);
+        widths.push_back(w);
+    }
+    for (int n = 0; entries[n] != nullptr; ++n) {
+        widths.push_back(static_cast<long long>(std::strlen(entries[n])) * font.header.glyphWidth);
+        if (widths.back() > MaxCanvasPixels()) return false;
+    }
+    const long long cell = font.header.glyphHeight;
+    long long width = 0, height = 0;
+    for (long long w : widths) {
+        const bool vertical = orientation != eMenuHorizontal;
+        width = vertical ? std::max(width, w) : width + w + 15;
+        height = vertical ? height + cell + 8 : cell;
+        if (width > MaxCanvasPixels() || height > MaxCanvasPixels()) return false;
+    }
+    return (width + 11) * (height + 11) <= MaxCanvasPixels();
 }
 
 CBitmapFont* FontFromSelector(int font) {
@@ -144,19 +183,24 @@ void handler(int signal, siginfo_t* info, void*) {
         std::memset(&empty, 0, sizeof(empty));
         info = &empty;
     }
-    std::cerr << "Signal caught!" << std::endl;
-    std::cerr << "\tSignal number: " << info->si_signo << std::endl;
-    std::cerr << "\tError number:  " << info->si_errno << std::endl;
-    std::cerr << "\tSignal code:   " << info->si_code << std::endl;
+    const int savedErrno = errno;
+    CrashLine("Signal caught!").Write();
+    CrashLine("\tSignal number: ").Number(info->si_signo).Write();
+    CrashLine("\tError number:  ").Number(info->si_errno).Write();
+    CrashLine("\tSignal code:   ").Number(info->si_code).Write();
     if (signal == SIGABRT) {
-        std::cerr << "Abort!" << std::endl;
+        CrashLine("Abort!").Write();
     } else if (signal == SIGSEGV) {
-        std::cerr << "Segmentation fault!" << std::endl;
-        std::cerr << "Offending address: " << std::hex << info->si_addr << std::endl;
+        CrashLine("Segmentation fault!").Write();
+        // The error stream stays hexadecimal afterwards, for the host and for later
+        // reports alike; changing a flag takes no lock and allocates nothing.
+        std::cerr.setf(std::ios_base::hex, std::ios_base::basefield);
+        CrashLine("Offending address: ").Pointer(info->si_addr).Write();
         if (info->si_code > 0) ::signal(SIGSEGV, SIG_DFL);
     } else {
-        std::cerr << "Signal: " << signal << std::endl;
+        CrashLine("Signal: ").Number(signal).Write();
     }
+    errno = savedErrno;
 }
 
 }  // namespace Vantor
@@ -291,7 +335,8 @@ int getFontSize(int font, int* width, int* height) {
 // result, which is 4/3 of the size for any size.
 int RGB_to_RGBA(const unsigned char* src, unsigned char* dst, int size) {
     if (src == nullptr || dst == nullptr || size < 1) return -2;
-    for (int i = 0; i < size / 3; ++i) {
+    // Indices in size_t: 4 * i passes INT_MAX once size nears 1.6e9 bytes.
+    for (size_t i = 0; i < static_cast<size_t>(size) / 3; ++i) {
         dst[4 * i] = src[3 * i + 2];
         dst[4 * i + 1] = src[3 * i + 1];
         dst[4 * i + 2] = src[3 * i];
@@ -377,6 +422,7 @@ int ShowMenu(const char** entries, int orientation, int align) {
         if (!IsValid() || pContext->pMenu == nullptr || entries == nullptr) return -2;
         if (!CContextKeypad::IsUsable()) return -2;
         CMenu& menu = *pContext->pMenu;
+        if (!MenuFits(menu, entries, orientation)) return -2;
         menu.orientation = static_cast<eMenuOrientation>(orientation);
         menu.itemAlignment = static_cast<eAlignMode>(align);
         for (int n = 1; entries[n - 1] != nullptr; ++n) menu.AddItem(n, entries[n - 1], false);

@@ -1,8 +1,21 @@
 #include "vantor/Dialog.h"
 
+#include <algorithm>
+#include <climits>
+
 #include "vantor/Menu.h"
 
 namespace Vantor {
+
+namespace {
+
+// The buttons sit in the box's lower right corner; a box placed at the far negative
+// end of the int range puts them as far as an int goes rather than wrapping round.
+int Before(int corner, int extent) {
+    return static_cast<int>(std::max<long long>(static_cast<long long>(corner) - extent, INT_MIN));
+}
+
+}  // namespace
 
 CDialog::CDialog(CBitmapFont& f, CKeypad& k, int x, int y, int width, int height, eDialogType type)
     : CCanvas(x, y, width, height), keypad(k), font(f), dialogType(type), pMenu(nullptr) {}
@@ -40,8 +53,8 @@ int CDialog::CreateMenu() {
     AddButtons();
     pMenu->Draw();
     pMenu->Autoresize(3);
-    pMenu->setOffset(frame.bottomRight.x - pMenu->getWidth(),
-                     frame.bottomRight.y - pMenu->getHeight());
+    pMenu->setOffset(Before(frame.bottomRight.x, pMenu->getWidth()),
+                     Before(frame.bottomRight.y, pMenu->getHeight()));
     return 0;
 }
 

@@ -2,9 +2,13 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 
+#include <unistd.h>
+
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <iostream>
+#include <thread>
 
 #include "vantor/Context.h"
 
@@ -15,6 +19,21 @@ void RaiseTwiceAndExit(int first, int second) {
     raise(second);
     std::cerr << 11 << std::endl;  // the stream stays in hexadecimal after a fault report
     std::exit(0);
+}
+
+// Another thread takes a stream's lock and keeps it, as a logger blocked on a full
+// pipe would; the report must not wait for it.
+void FaultWhileLocked(FILE* stream) {
+    volatile bool locked = false;
+    std::thread holder([&] {
+        flockfile(stream);
+        locked = true;
+        pause();
+    });
+    holder.detach();
+    while (!locked) sched_yield();
+    raise(SIGSEGV);
+    _exit(0);
 }
 
 }  // namespace
@@ -65,3 +84,34 @@ TEST(CrashReportDeathTest, OtherSignalsNameTheirNumber) {
         },
         ::testing::ExitedWithCode(3), "\tSignal code:   -6\nSignal: 15\n$");
 }
+
+TEST(CrashReportDeathTest, ReportsWhileAnotherThreadHoldsTheStreams) {
+    for (FILE* stream : {stdout, stderr}) {
+        EXPECT_EXIT(FaultWhileLocked(stream), ::testing::ExitedWithCode(0),
+                    "Segmentation fault!\nOffending address: 0x[0-9a-f]+\n$");
+    }
+}
+
+#ifndef __SANITIZE_ADDRESS__  // AddressSanitizer reports a double free itself
+namespace {
+
+// A double free: the allocator itself stops the process from inside free().
+void FaultInsideMalloc() {
+    void* (*volatile allocate)(size_t) = malloc;
+    void (*volatile release)(void*) = free;
+    void* chunk = allocate(48);
+    release(chunk);
+    release(chunk);
+    _exit(0);  // an allocator that noticed nothing
+}
+
+bool DiedOfSegvOrAbort(int status) {
+    return WIFSIGNALED(status) && (WTERMSIG(status) == SIGSEGV || WTERMSIG(status) == SIGABRT);
+}
+
+}  // namespace
+
+TEST(CrashReportDeathTest, FaultInsideTheAllocatorIsReported) {
+    EXPECT_EXIT(FaultInsideMalloc(), DiedOfSegvOrAbort, "Signal caught!\n(.|\n)*Abort!\n");
+}
+#endif

@@ -59,11 +59,28 @@ TEST_F(FontFile, DamagedHeadersAreRefused) {
             EXPECT_EQ("Cannot read font", LoadError(damaged)) << field << " " << value;
         }
     }
-    std::vector<unsigned char> huge = FontBytes(3, 2, {65});
-    SetInt(huge, 12, 0x10000);
-    SetInt(huge, 16, 0x1000);
-    SetInt(huge, 20, 0x1000);  // 2^40 bitmap bytes: must not be read into a smaller table
-    EXPECT_EQ("Cannot read font", LoadError(huge));
+    // Headers that claim more than any display or the file could hold: refused with the
+    // message their short read would give, before a table of the claimed size is made.
+    struct Claim {
+        int32_t count, height, width;
+        size_t fileSize;
+        const char* message;
+    } claims[] = {
+        {16, 1 << 30, 1 << 30, 88, "Cannot read font"},
+        {0x10000, 0x1000, 0x1000, 88, "Cannot read font"},
+        {1, 5000, 1, 100000, "Cannot read font"},
+        {0x7fffffff, 1, 1, 24, "Unable to read glyph codes"},
+        {0x0b800000, 1, 1, 29, "Unable to read glyph codes"},
+        {1, 0x1000, 0x1000, 29, "Unable to read glyphs"},
+    };
+    for (const Claim& c : claims) {
+        std::vector<unsigned char> claim = FontBytes(3, 2, {65});
+        claim.resize(c.fileSize);
+        SetInt(claim, 12, c.count);
+        SetInt(claim, 16, c.height);
+        SetInt(claim, 20, c.width);
+        EXPECT_EQ(c.message, LoadError(claim)) << c.count << " " << c.height << " " << c.width;
+    }
     EXPECT_EQ("Cannot read font",
               LoadError(std::vector<unsigned char>(bytes.begin(), bytes.begin() + 23)));
 }

@@ -1,10 +1,19 @@
 // CopyFileWithProgress: results, messages, the bar's cadence and what the target holds.
 #include <dlfcn.h>
+#include <fcntl.h>
+#include <linux/loop.h>
+#include <sys/ioctl.h>
 #include <sys/stat.h>
+#include <sys/time.h>
 #include <unistd.h>
 
 #include "InterfaceFixture.h"
 #include "TestSupport.h"
+#include "vantor_platform.h"
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
 
 namespace {
 
@@ -83,13 +92,10 @@ TEST_F(Copy, BarMovesFromWhereItStandsThroughItsShare) {
     EXPECT_NEAR(53.33, updates[1], 0.01);
     EXPECT_NEAR(70.0, updates[2], 0.01);
     EXPECT_NEAR(70.0, updates[3], 0.01);
-}
 
-TEST_F(Copy, TenMegabytesGiveTenUpdatesAndTheFinalOne) {
-    InitProgress(10, 10, 200, 60);
+    updates.clear();  // ten blocks, ten updates and the final one
     Write(dir + "/ten", Bytes(10 << 20, 'b'));
-    EXPECT_EQ(0,
-              CopyFileWithProgress((dir + "/ten").c_str(), (dir + "/copy").c_str(), nullptr, 100));
+    EXPECT_EQ(0, CopyFileWithProgress((dir + "/ten").c_str(), (dir + "/copy").c_str(), nullptr, 1));
     EXPECT_EQ(11u, updates.size());
 }
 
@@ -101,4 +107,138 @@ TEST_F(Copy, TargetHoldsExactlyTheSourceEvenOverALongerFile) {
                                       100));
     EXPECT_TRUE(source == VantorTest::ReadFile(dir + "/target"));
     EXPECT_TRUE(updates.empty());  // no progress window: the copy runs without one
+}
+
+// --- CopyFileWithProgressEx ------------------------------------------------------
+
+namespace {
+
+// A loop device over a file: a real partition-like source, where the machine allows it.
+class LoopDevice {
+  public:
+    explicit LoopDevice(const std::string& backing) {
+        const int control = open("/dev/loop-control", O_RDWR);
+        const int number = control < 0 ? -1 : ioctl(control, LOOP_CTL_GET_FREE);
+        if (control >= 0) close(control);
+        if (number < 0) return;
+        path = "/dev/loop" + std::to_string(number);
+        fd = open(path.c_str(), O_RDWR);
+        const int file = open(backing.c_str(), O_RDWR);
+        if (fd < 0 || ioctl(fd, LOOP_SET_FD, file) != 0) path.clear();
+        close(file);
+    }
+    ~LoopDevice() {
+        if (!path.empty()) ioctl(fd, LOOP_CLR_FD, 0);
+        if (fd >= 0) close(fd);
+    }
+    std::string path;
+    int fd = -1;
+};
+
+}  // namespace
+
+// Every fault on the way leaves the old target as it was, no temporary file beside it and
+// no descriptor open; a signal or a short transfer is no fault at all.
+TEST_F(Copy, FaultsLeaveTheOldTargetAndNothingBehind) {
+    struct Fault {
+        const char* call;
+        int error;  // 0: shorten the call instead
+        int nth;
+        const char* what;  // the failure's line up to the path; null for success
+        bool onSource;
+    } faults[] = {
+        {"write", ENOSPC, 1, "Write error: ", false},
+        {"open", EROFS, 2, "Cannot open output file ", false},
+        {"read", EIO, 2, "Read error: ", true},
+        {"fsync", EIO, 1, "Write error: ", false},
+        {"rename", EROFS, 1, "Write error: ", false},
+        {"open", EACCES, 1, "Cannot open input file ", true},
+        {"write", EINTR, 2, nullptr, false},
+        {"read", EINTR, 1, nullptr, false},
+        {"write", 0, 1, nullptr, false},
+        {"read", 0, 2, nullptr, false},
+    };
+    const std::string source = dir + "/S", target = dir + "/T", old = Bytes(5000, 'o');
+    const std::string data = Bytes((2 << 20) + 7, 's');
+    Write(source, data);
+    for (const Fault& f : faults) {
+        Write(target, old);
+        const int descriptors = VantorTest::OpenDescriptors();
+        int result = 1;
+        const std::string err = CaptureStderrOf([&] {
+            f.error ? vp_fail_call(f.call, f.error, f.nth) : vp_short_call(f.call, f.nth);
+            result = CopyFileWithProgressEx(source.c_str(), target.c_str(), nullptr, 10, 0);
+        });
+        vp_reset();
+        const bool fails = f.what != nullptr;
+        EXPECT_EQ(fails ? -f.error : 0, result) << f.call << " " << f.error;
+        EXPECT_EQ(
+            fails ? f.what + (f.onSource ? source : target) + ": " + std::strerror(f.error) + "\n"
+                  : "",
+            err);
+        EXPECT_TRUE((fails ? old : data) == VantorTest::ReadFile(target)) << f.call;
+        EXPECT_EQ(2, std::distance(std::filesystem::directory_iterator(dir), {})) << f.call;
+        EXPECT_EQ(descriptors, VantorTest::OpenDescriptors()) << f.call << " " << f.error;
+    }
+}
+
+// Sources whose length is unknown are refused before the target is touched; the old call
+// copies nothing from them and must not empty the target either.
+TEST_F(Copy, UnsizedSourcesNeverEmptyTheTarget) {
+    const std::string target = dir + "/T", fifo = dir + "/fifo";
+    ASSERT_EQ(0, mkfifo(fifo.c_str(), 0600));
+    Write(target, "keep");
+    struct {
+        std::string source;
+        int result;
+    } sources[] = {{dir, -EISDIR}, {fifo, -EINVAL}, {"/proc/self/status", -EINVAL}};
+    for (const auto& s : sources) {
+        EXPECT_EQ("Cannot size input file " + s.source + ": " + std::strerror(-s.result) + "\n",
+                  CaptureStderrOf([&] {
+                      EXPECT_EQ(s.result, CopyFileWithProgressEx(s.source.c_str(), target.c_str(),
+                                                                 nullptr, 5, 0));
+                  }));
+        EXPECT_EQ("keep", VantorTest::ReadFile(target));
+    }
+    EXPECT_EQ(0, CopyFileWithProgress("/proc/self/status", target.c_str(), nullptr, 5));
+    EXPECT_EQ("keep", VantorTest::ReadFile(target));
+}
+
+// A partition (here a loop device) as source: the old call sees size 0 and leaves the
+// target alone; the new one copies the device's whole size, also under a 20 Hz timer
+// whose signals interrupt the copy's system calls, and reads it back.
+TEST_F(Copy, BlockDeviceSourceUnderATimer) {
+    const std::string image = Bytes(3 << 20, 'd'), target = dir + "/T";
+    Write(dir + "/image", image);
+    LoopDevice loop(dir + "/image");
+    if (loop.path.empty()) GTEST_SKIP() << "no loop device on this machine";
+    Write(target, "keep");
+    EXPECT_EQ(0, CopyFileWithProgress(loop.path.c_str(), target.c_str(), nullptr, 5));
+    EXPECT_EQ("keep", VantorTest::ReadFile(target));
+
+    struct sigaction tick = {};
+    tick.sa_handler = [](int) {};  // no SA_RESTART: system calls see EINTR
+    sigaction(SIGALRM, &tick, nullptr);
+    const itimerval every50ms = {{0, 50000}, {0, 50000}};
+    setitimer(ITIMER_REAL, &every50ms, nullptr);
+    InitProgress(10, 10, 200, 60);
+    ShowProgress(nullptr, eAlignLeft, 20);
+    const int result =
+        CopyFileWithProgressEx(loop.path.c_str(), target.c_str(), "x", 40, VANTOR_COPY_VERIFY);
+    const itimerval off = {};
+    setitimer(ITIMER_REAL, &off, nullptr);
+    EXPECT_EQ(0, result);
+    EXPECT_TRUE(image == VantorTest::ReadFile(target));
+    ASSERT_EQ(7u, updates.size());  // three blocks copied, three read back, the final one
+    EXPECT_FLOAT_EQ(40.0f, updates[2]);
+    EXPECT_FLOAT_EQ(60.0f, updates.back());
+
+    // As a target the partition is written in place, and one too small is refused.
+    Write(dir + "/small", "new head");
+    EXPECT_EQ(0, CopyFileWithProgressEx((dir + "/small").c_str(), loop.path.c_str(), nullptr, 0,
+                                        VANTOR_COPY_VERIFY));
+    EXPECT_EQ("new head" + image.substr(8), VantorTest::ReadFile(loop.path));
+    Write(dir + "/big", Bytes(4 << 20, 'b'));
+    EXPECT_EQ(-ENOSPC,
+              CopyFileWithProgressEx((dir + "/big").c_str(), loop.path.c_str(), nullptr, 0, 0));
 }

@@ -1,11 +1,16 @@
 // The state record, the framebuffer device and the screen and text calls, seen through
 // the C interface on a virtual framebuffer.
+#include <cerrno>
+#include <climits>
 #include <cstring>
 
 #include "InterfaceFixture.h"
+#include "TestSupport.h"
 #include "vantor/Canvas.h"
 #include "vantor/Context.h"
 #include "vantor/Framebuffer.h"
+#include "vantor/Menu.h"
+#include "vantor_platform.h"
 
 using Vantor::pContext;
 
@@ -74,7 +79,19 @@ TEST_F(Interface, CanvasSizesAndMissingCanvasAreRefused) {
     EXPECT_EQ(-2, Update());
     EXPECT_EQ(-2, Clear());
     EXPECT_EQ(-2, InitCanvas(0, 0, 0, 10));
-    EXPECT_EQ(-2, InitCanvas(0, 0, 100000, 100000));
+    // Four screens' worth (here 640x480 on 320x240) is the most a widget may cover.
+    for (auto init : {InitCanvas, InitDialog, InitProgress}) {
+        EXPECT_EQ(-2, init(0, 0, 8192, 8192));
+        EXPECT_EQ(-2, init(0, 0, 641, 480));
+        EXPECT_EQ(0, init(INT_MIN, INT_MAX, 640, 480));
+    }
+    AddKeypad();
+    ASSERT_EQ(0, InitKeypad());
+    InitMenu(0, 0);
+    const std::string entry(200000, 'm');
+    const char* entries[] = {"short", entry.c_str(), nullptr};
+    EXPECT_EQ(-2, ShowMenu(entries, 0, 0));
+    EXPECT_TRUE(pContext->pMenu->objects.empty());
     EXPECT_EQ(0, InitCanvas(0, 0, 10, 10));
     EXPECT_EQ(0, InitCanvas(5, 5, 10, 10));  // replaces (and releases) the first
     EXPECT_EQ(5, pContext->pCanvas->frame.topLeft.x);
@@ -119,4 +136,26 @@ TEST_F(Interface, FontSizesAndColourConversion) {
     EXPECT_EQ(5, RGB_to_RGBA(rgb, out, 4));
     EXPECT_EQ(-2, RGB_to_RGBA(rgb, out, 0));
     EXPECT_EQ(-2, RGB_to_RGBA(nullptr, out, 3));
+}
+
+// A device or font file that fails part way through start-up leaves no usable state and
+// nothing open: the framebuffer, its mapping and the font files are all given back.
+TEST_F(Interface, StartUpFaultsLeaveNothingOpen) {
+    const struct {
+        const char* call;
+        int error, nth;
+    } faults[] = {{"open", EIO, 1},    {"ioctl", EIO, 1},   {"ioctl", EIO, 2},
+                  {"mmap", ENOMEM, 1}, {"open", EMFILE, 3}, {"read", EIO, 1}};
+    for (const auto& fault : faults) {
+        const int before = VantorTest::OpenDescriptors();
+        CaptureStdoutOf([&] {
+            CaptureStderrOf([&] {
+                vp_fail_call(fault.call, fault.error, fault.nth);
+                EXPECT_EQ(nullptr, InitFramebuffer("/dev/fb0")) << fault.call << fault.nth;
+            });
+        });
+        EXPECT_FALSE(Vantor::IsContextValid(pContext));
+        EXPECT_EQ(0, OpenFramebufferDescriptors());
+        EXPECT_EQ(before, VantorTest::OpenDescriptors()) << fault.call << fault.nth;
+    }
 }

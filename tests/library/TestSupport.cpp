@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
@@ -75,6 +76,11 @@ void WriteFile(const std::string& path, const std::vector<unsigned char>& bytes)
 std::string ReadFile(const std::string& path) {
     std::ifstream in(path, std::ios::binary);
     return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+
+int OpenDescriptors() {
+    const std::filesystem::directory_iterator all("/proc/self/fd");
+    return int(std::distance(all, std::filesystem::directory_iterator()));
 }
 
 int ScriptedKeypad::WaitKeyEvent(float timeout) {

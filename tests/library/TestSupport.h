@@ -24,6 +24,7 @@ std::vector<unsigned char> FontBytes(int width, int height, const std::vector<in
 std::string MakeTempDir();
 void WriteFile(const std::string& path, const std::vector<unsigned char>& bytes);
 std::string ReadFile(const std::string& path);
+int OpenDescriptors();  // of this process, to see that nothing leaked
 
 // A screen of 32-bit pixels in memory, as the widgets and canvases see one.
 struct Screen {

@@ -1,5 +1,6 @@
 // The layer's own C interface, for tests and the simulator: argument checks here, the
 // work in VirtualSystem.
+#include "FaultPlan.h"
 #include "VirtualSystem.h"
 #include "vantor_platform.h"
 
@@ -22,6 +23,24 @@ bool IsAbsolute(const char* path) {
 
 VP_API void vp_reset(void) {
     System().Reset();
+    VantorPlatform::FaultPlan::Clear();
+}
+
+VP_API int vp_fail_call(const char* call, int error, int nth) {
+    const int known = VantorPlatform::FaultPlan::CallFromName(call);
+    if (known < 0 || error <= 0 || nth < 1) return -1;
+    VantorPlatform::FaultPlan::Fail(known, error, nth);
+    return 0;
+}
+
+VP_API int vp_short_call(const char* call, int nth) {
+    const int known = VantorPlatform::FaultPlan::CallFromName(call);
+    if ((known != VantorPlatform::FaultPlan::kRead && known != VantorPlatform::FaultPlan::kWrite) ||
+        nth < 1) {
+        return -1;
+    }
+    VantorPlatform::FaultPlan::Shorten(known, nth);
+    return 0;
 }
 
 VP_API int vp_attach(const char* dir) {

@@ -9,10 +9,12 @@
 
 #include <string>
 
+#include "FaultPlan.h"
 #include "RealCalls.h"
 #include "VirtualSystem.h"
 
 using VantorPlatform::DescriptorTable;
+using VantorPlatform::FaultPlan;
 using VantorPlatform::RealCalls;
 using VantorPlatform::VirtualPaths;
 using VantorPlatform::VirtualSystem;
@@ -69,6 +71,7 @@ int OpenVirtual(const char* path, const std::string& real, int flags, mode_t mod
 }
 
 int OpenPath(const char* path, int flags, mode_t mode) {
+    if (const int error = FaultPlan::Check(FaultPlan::kOpen)) return Failed(error);
     std::string real;
     if (Redirected(path, real) == path) return RealCalls::Open(path, flags, mode);
     return OpenVirtual(path, real, flags, mode);
@@ -77,6 +80,7 @@ int OpenPath(const char* path, int flags, mode_t mode) {
 // An absolute path ignores the directory descriptor, so it is served like open's.
 int OpenAt(int dir, const char* path, int flags, mode_t mode) {
     if (VirtualPaths::MayBeVirtual(path)) return OpenPath(path, flags, mode);
+    if (const int error = FaultPlan::Check(FaultPlan::kOpen)) return Failed(error);
     return RealCalls::OpenAt(dir, path, flags, mode);
 }
 
@@ -180,6 +184,7 @@ VP_EXPORT int ioctl(int fd, unsigned long request, ...) {
     va_start(args, request);
     void* argument = va_arg(args, void*);
     va_end(args);
+    if (const int error = FaultPlan::Check(FaultPlan::kIoctl)) return Failed(error);
     if (DescriptorTable::HasDescriptors()) {
         int error = 0;
         bool answered;
@@ -216,12 +221,14 @@ void* Mapped(void* address, int fd) {
 
 VP_EXPORT void* mmap(void* address, size_t length, int protection, int flags, int fd,
                      off_t offset) {
+    if (const int error = FaultPlan::Check(FaultPlan::kMmap)) return MapFailed(error);
     if (const int refused = RefusedMap(fd)) return MapFailed(refused);
     return Mapped(RealCalls::Mmap(address, length, protection, flags, fd, offset), fd);
 }
 
 VP_EXPORT void* mmap64(void* address, size_t length, int protection, int flags, int fd,
                        off64_t offset) {
+    if (const int error = FaultPlan::Check(FaultPlan::kMmap)) return MapFailed(error);
     if (const int refused = RefusedMap(fd)) return MapFailed(refused);
     return Mapped(RealCalls::Mmap64(address, length, protection, flags, fd, offset), fd);
 }
@@ -267,6 +274,7 @@ bool PollIsInvalid(const struct timespec* timeout) {
 }  // namespace
 
 VP_EXPORT int poll(struct pollfd* fds, nfds_t count, int timeout) {
+    if (const int error = FaultPlan::Check(FaultPlan::kPoll)) return Failed(error);
     if (!DescriptorTable::HasDescriptors()) return RealCalls::Poll(fds, count, timeout);
     {
         KeptErrno kept;
@@ -279,6 +287,7 @@ VP_EXPORT int poll(struct pollfd* fds, nfds_t count, int timeout) {
 
 VP_EXPORT int ppoll(struct pollfd* fds, nfds_t count, const struct timespec* timeout,
                     const sigset_t* mask) {
+    if (const int error = FaultPlan::Check(FaultPlan::kPoll)) return Failed(error);
     if (!DescriptorTable::HasDescriptors() || PollIsInvalid(timeout))
         return RealCalls::Ppoll(fds, count, timeout, mask);
     {
@@ -290,8 +299,11 @@ VP_EXPORT int ppoll(struct pollfd* fds, nfds_t count, const struct timespec* tim
     return System().AfterPoll(fds, count, ready);
 }
 
-// Only an unplugged key node answers differently: evdev fails every read on it.
+// A read fails or comes up short where a test armed that (FaultPlan); otherwise only an
+// unplugged key node answers differently: evdev fails every read on it.
 VP_EXPORT ssize_t read(int fd, void* buffer, size_t size) {
+    if (const int error = FaultPlan::Check(FaultPlan::kRead)) return Failed(error);
+    size = FaultPlan::Length(FaultPlan::kRead, size);
     if (DescriptorTable::HasDescriptors()) {
         bool unplugged;
         {

@@ -70,6 +70,7 @@ std::vector<KeyStep> ParseKeyScript(const std::string& text) {
 
 std::string EncodeKeyScript(const std::vector<KeyStep>& steps) {
     std::ostringstream out;
+    out.precision(17);  // a pause must come back exactly as it was written
     for (const KeyStep& step : steps) {
         if (step.kind == KeyStep::Press) out << step.code << ' ';
         if (step.kind == KeyStep::Skip) out << "none ";

@@ -1,0 +1,288 @@
+// Sizes and offsets are 64-bit on every target: firmware images pass 2 GiB.
+#define _FILE_OFFSET_BITS 64
+
+#include "FileCopier.h"
+
+#include <fcntl.h>
+#include <linux/fs.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <cstdlib>
+#include <cstring>
+#include <iostream>
+#include <new>
+
+#include "Boundary.h"
+#include "vantor.h"
+
+namespace Vantor {
+
+namespace {
+
+const size_t kBlockSize = 1048576;
+
+int OpenRetrying(const char* path, int flags, mode_t mode = 0) {
+    int fd;
+    do fd = open(path, flags | O_CLOEXEC, mode);
+    while (fd < 0 && errno == EINTR);
+    return fd;
+}
+
+// Fills the buffer unless the file ends first; a signal or a short read only means
+// "ask again". Answers the bytes read or -errno.
+long long ReadFully(int fd, char* buffer, size_t wanted) {
+    size_t got = 0;
+    while (got < wanted) {
+        const ssize_t result = read(fd, buffer + got, wanted - got);
+        if (result == 0) break;
+        if (result < 0 && errno == EINTR) continue;
+        if (result < 0) return -errno;
+        got += static_cast<size_t>(result);
+    }
+    return static_cast<long long>(got);
+}
+
+// A short write is continued where it stopped; one that writes nothing at all would
+// loop forever and is an I/O error instead.
+int WriteFully(int fd, const char* data, size_t length) {
+    while (length > 0) {
+        const ssize_t result = write(fd, data, length);
+        if (result < 0 && errno == EINTR) continue;
+        if (result < 0) return -errno;
+        if (result == 0) return -EIO;
+        data += result;
+        length -= static_cast<size_t>(result);
+    }
+    return 0;
+}
+
+int SyncRetrying(int fd) {
+    int result;
+    do result = fsync(fd);
+    while (result != 0 && errno == EINTR);
+    return result == 0 ? 0 : -errno;
+}
+
+std::string DirectoryOf(const std::string& path) {
+    const size_t slash = path.rfind('/');
+    if (slash == std::string::npos) return ".";
+    return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+// Writing through a symbolic link replaces the file it names, not the link.
+std::string Resolved(const char* path) {
+    struct stat status;
+    if (lstat(path, &status) != 0 || !S_ISLNK(status.st_mode)) return path;
+    char* real = realpath(path, nullptr);
+    if (real == nullptr) return path;
+    std::string result(real);
+    free(real);
+    return result;
+}
+
+}  // namespace
+
+FileCopier::FileCopier(const char* source, const char* target, const char* text, float share,
+                       int flags)
+    : sourcePath(source),
+      targetPath(target),
+      text(text),
+      share(share),
+      verify((flags & VANTOR_COPY_VERIFY) != 0),
+      in(-1),
+      out(-1),
+      size(0) {}
+
+// A copy that did not reach the rename leaves no trace of its temporary file.
+FileCopier::~FileCopier() {
+    if (!temporaryPath.empty()) unlink(temporaryPath.c_str());
+}
+
+int FileCopier::Fail(const char* what, const std::string& path, int error) const {
+    std::cerr << what << path << ": " << std::strerror(error) << std::endl;
+    return -error;
+}
+
+int FileCopier::Run() {
+    if (sourcePath == nullptr) return Fail("Cannot open input file ", "(null)", EINVAL);
+    if (targetPath == nullptr) return Fail("Cannot open output file ", "(null)", EINVAL);
+    buffer.reset(new (std::nothrow) char[kBlockSize]);
+    if (!buffer) return Fail("Cannot open input file ", sourcePath, ENOMEM);
+    CopyProgress progress(text, share, 0);
+    int result = OpenSource();
+    if (result == 0) result = OpenTarget();
+    if (result != 0) return result;
+    progress = CopyProgress(text, share, size, verify ? 2 : 1);
+    result = CopyData(progress);
+    if (result == 0 && verify) result = Verify(progress);
+    if (result == 0) result = Commit();
+    if (result == 0) progress.Finish();
+    return result;
+}
+
+int FileCopier::OpenSource() {
+    // Without O_NONBLOCK a pipe with no writer would hold the open for ever, before we
+    // could see that it is a pipe; the reads that follow are blocking again.
+    in.fd = OpenRetrying(sourcePath, O_RDONLY | O_NONBLOCK);
+    if (in.fd < 0) return Fail("Cannot open input file ", sourcePath, errno);
+    fcntl(in.fd, F_SETFL, fcntl(in.fd, F_GETFL) & ~O_NONBLOCK);
+    struct stat status;
+    if (fstat(in.fd, &status) != 0) return Fail("Cannot acquire file stat ", sourcePath, errno);
+    return SizeSource(status);
+}
+
+// Only a source whose length is known can be copied: a partition by its device size,
+// a regular file by its status. A directory, a pipe or a character device has none,
+// and neither has a /proc or /sys file (size 0, yet it reads data).
+int FileCopier::SizeSource(const struct stat& status) {
+    if (S_ISDIR(status.st_mode)) return Fail("Cannot size input file ", sourcePath, EISDIR);
+    if (S_ISBLK(status.st_mode)) {
+        unsigned long long bytes = 0;
+        if (ioctl(in.fd, BLKGETSIZE64, &bytes) != 0) {
+            return Fail("Cannot size input file ", sourcePath, errno);
+        }
+        if (bytes > static_cast<unsigned long long>(LLONG_MAX)) {
+            return Fail("Cannot size input file ", sourcePath, EFBIG);
+        }
+        size = static_cast<long long>(bytes);
+        return 0;
+    }
+    if (!S_ISREG(status.st_mode)) return Fail("Cannot size input file ", sourcePath, EINVAL);
+    size = status.st_size;
+    if (size == 0 && ReadFully(in.fd, buffer.get(), 1) != 0) {
+        return Fail("Cannot size input file ", sourcePath, EINVAL);
+    }
+    return 0;
+}
+
+int FileCopier::OpenTarget() {
+    finalPath = Resolved(targetPath);
+    struct stat status;
+    if (stat(finalPath.c_str(), &status) != 0) {
+        if (errno != ENOENT) return Fail("Cannot open output file ", targetPath, errno);
+        return CreateTemporary(0644, nullptr);
+    }
+    if (S_ISDIR(status.st_mode)) return Fail("Cannot open output file ", targetPath, EISDIR);
+    if (S_ISREG(status.st_mode)) return CreateTemporary(status.st_mode & 07777, &status);
+    out.fd = OpenRetrying(finalPath.c_str(), O_WRONLY);
+    if (out.fd < 0) return Fail("Cannot open output file ", targetPath, errno);
+    unsigned long long capacity = 0;
+    if (S_ISBLK(status.st_mode) && ioctl(out.fd, BLKGETSIZE64, &capacity) == 0 &&
+        capacity < static_cast<unsigned long long>(size)) {
+        return Fail("Write error: ", targetPath, ENOSPC);  // refused before a byte is written
+    }
+    return 0;
+}
+
+// The temporary file lives beside the target (a rename cannot cross file systems) and
+// takes over the old target's permission bits and, where allowed, its owner.
+int FileCopier::CreateTemporary(mode_t mode, const struct stat* old) {
+    const std::string directory = DirectoryOf(finalPath);
+    const std::string base = finalPath.substr(finalPath.rfind('/') + 1);
+    for (int attempt = 0; attempt < 100 && out.fd < 0; ++attempt) {
+        temporaryPath = directory + "/." + base + ".part-" + std::to_string(getpid()) + "-" +
+                        std::to_string(attempt);
+        out.fd = OpenRetrying(temporaryPath.c_str(), O_WRONLY | O_CREAT | O_EXCL, mode);
+        if (out.fd < 0 && errno != EEXIST) break;
+    }
+    if (out.fd < 0) {
+        const int error = errno;
+        temporaryPath.clear();
+        return Fail("Cannot open output file ", targetPath, error);
+    }
+    if (old != nullptr) {
+        if (fchown(out.fd, old->st_uid, old->st_gid) != 0) {
+            // Only root may give a file away; the copy then belongs to us, as it would
+            // after any rewrite by this user.
+        }
+        fchmod(out.fd, mode);
+    }
+    return 0;
+}
+
+int FileCopier::CopyData(CopyProgress& progress) {
+    long long copied = 0;
+    while (copied < size) {
+        const size_t wanted = static_cast<size_t>(std::min<long long>(kBlockSize, size - copied));
+        const long long got = ReadFully(in.fd, buffer.get(), wanted);
+        if (got < 0) return Fail("Read error: ", sourcePath, static_cast<int>(-got));
+        // A source that ends before its size has changed under us: not a whole copy.
+        if (got == 0) return Fail("Read error: ", sourcePath, EIO);
+        const int written = WriteFully(out.fd, buffer.get(), static_cast<size_t>(got));
+        if (written != 0) return Fail("Write error: ", targetPath, -written);
+        copied += got;
+        progress.Advance(copied);
+    }
+    return 0;
+}
+
+// Reads the target back from storage, not from the page cache, and compares it with
+// a second reading of the source.
+int FileCopier::Verify(CopyProgress& progress) {
+    progress.NextPass();
+    const int synced = SyncRetrying(out.fd);
+    if (synced != 0 && synced != -EINVAL) return Fail("Write error: ", targetPath, -synced);
+    const std::string written = temporaryPath.empty() ? finalPath : temporaryPath;
+    Descriptor back(OpenRetrying(written.c_str(), O_RDONLY));
+    if (back.fd < 0) return Fail("Verify error: ", targetPath, errno);
+    posix_fadvise(back.fd, 0, 0, POSIX_FADV_DONTNEED);
+    if (lseek(in.fd, 0, SEEK_SET) != 0) return Fail("Read error: ", sourcePath, errno);
+    std::unique_ptr<char[]> copy(new (std::nothrow) char[kBlockSize]);
+    if (!copy) return Fail("Verify error: ", targetPath, ENOMEM);
+    for (long long checked = 0; checked < size;) {
+        const size_t wanted = static_cast<size_t>(std::min<long long>(kBlockSize, size - checked));
+        const long long original = ReadFully(in.fd, buffer.get(), wanted);
+        if (original != static_cast<long long>(wanted)) {
+            return Fail("Read error: ", sourcePath, original < 0 ? int(-original) : EIO);
+        }
+        const long long readBack = ReadFully(back.fd, copy.get(), wanted);
+        if (readBack < 0) return Fail("Verify error: ", targetPath, int(-readBack));
+        if (readBack != original || std::memcmp(buffer.get(), copy.get(), wanted) != 0) {
+            return Fail("Verify error: ", targetPath, EIO);
+        }
+        checked += original;
+        progress.Advance(checked);
+    }
+    return 0;
+}
+
+// Nothing counts as copied until it is on storage: the file's data, then (for a
+// temporary file) its new name in the directory. A device that cannot be synced at
+// all (EINVAL) has nothing to flush.
+int FileCopier::Commit() {
+    const int synced = SyncRetrying(out.fd);
+    if (synced != 0 && synced != -EINVAL) return Fail("Write error: ", targetPath, -synced);
+    if (!out.Close()) return Fail("Write error: ", targetPath, errno);
+    if (temporaryPath.empty()) return 0;
+    if (rename(temporaryPath.c_str(), finalPath.c_str()) != 0) {
+        return Fail("Write error: ", targetPath, errno);
+    }
+    temporaryPath.clear();
+    Descriptor directory(OpenRetrying(DirectoryOf(finalPath).c_str(), O_RDONLY | O_DIRECTORY));
+    if (directory.fd < 0) return Fail("Write error: ", DirectoryOf(finalPath), errno);
+    const int dirSynced = SyncRetrying(directory.fd);
+    if (dirSynced != 0 && dirSynced != -EINVAL) {
+        return Fail("Write error: ", DirectoryOf(finalPath), -dirSynced);
+    }
+    return 0;
+}
+
+}  // namespace Vantor
+
+int CopyFileWithProgressEx(const char* source, const char* target, const char* text, float share,
+                           int flags) {
+    using namespace Vantor;
+    return Guarded("CopyFileWithProgressEx", -ENOMEM, [&] {
+        if ((flags & ~VANTOR_COPY_VERIFY) != 0) {
+            std::cerr << "CopyFileWithProgressEx: unknown flags: " << std::strerror(EINVAL)
+                      << std::endl;
+            return -EINVAL;
+        }
+        FileCopier copier(source, target, text, share, flags);
+        return copier.Run();
+    });
+}

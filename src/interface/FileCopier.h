@@ -1,0 +1,52 @@
+// The copy behind CopyFileWithProgressEx: one that a full disk, a power cut or a signal
+// cannot turn into a half-written file where a good one stood.
+#ifndef VANTOR_FILECOPIER_H
+#define VANTOR_FILECOPIER_H
+
+#include <sys/stat.h>
+
+#include <memory>
+#include <string>
+
+#include "CopySupport.h"
+
+namespace Vantor {
+
+// A regular target is written to a temporary file beside it, synced and renamed into
+// place, then its directory is synced: until the rename the old target is untouched,
+// and on failure the temporary file is removed. A device target (a partition) is
+// written in place. Every step answers 0 or -errno and prints its one line on failure.
+class FileCopier {
+  public:
+    FileCopier(const char* source, const char* target, const char* text, float share, int flags);
+    ~FileCopier();
+    FileCopier(const FileCopier&) = delete;
+    FileCopier& operator=(const FileCopier&) = delete;
+    int Run();
+
+  private:
+    int OpenSource();
+    int SizeSource(const struct stat& status);
+    int OpenTarget();
+    int CreateTemporary(mode_t mode, const struct stat* old);
+    int CopyData(CopyProgress& progress);
+    int Verify(CopyProgress& progress);
+    int Commit();
+    int Fail(const char* what, const std::string& path, int error) const;
+
+    const char* sourcePath;
+    const char* targetPath;
+    const char* text;
+    float share;
+    bool verify;
+    std::string finalPath;
+    std::string temporaryPath;
+    Descriptor in;
+    Descriptor out;
+    long long size;
+    std::unique_ptr<char[]> buffer;
+};
+
+}  // namespace Vantor
+
+#endif
