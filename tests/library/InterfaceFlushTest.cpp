@@ -21,8 +21,8 @@ extern "C" int fsync(int fd) {
     using Call = int (*)(int);
     static Call real = reinterpret_cast<Call>(dlsym(RTLD_NEXT, "fsync"));
     char path[PATH_MAX] = {};
-    const ssize_t length = readlink(("/proc/self/fd/" + std::to_string(fd)).c_str(), path,
-                                    sizeof(path) - 1);
+    const ssize_t length =
+        readlink(("/proc/self/fd/" + std::to_string(fd)).c_str(), path, sizeof(path) - 1);
     flushed.push_back(length > 0 ? path : "");
     if (flushError != 0) {
         errno = flushError;
