@@ -131,21 +131,6 @@ TEST_F(Interface, MenuAnswersTheKeysOfTheKeypad) {
     EXPECT_EQ(-4, choose("152"));
 }
 
-TEST_F(Interface, MenuIsOnTheScreenWhileWaitingAndGoneAfterwards) {
-    FillScreen(0x336699);
-    InitFramebuffer("/dev/fb0");
-    AddKeypad();
-    InitKeypad();
-    InitMenu(20, 30);
-    std::vector<uint32_t> corner;
-    OnWait([&] { corner.push_back(Pixel(20 + 5, 30 + 5)); });
-    Script("7, 150");
-    EXPECT_EQ(0, ShowMenu(kEntries, eMenuVertical, eAlignLeft));
-    ASSERT_GE(corner.size(), 2u);
-    EXPECT_NE(0x336699u, corner.front());
-    EXPECT_EQ(0x336699u, Pixel(20 + 5, 30 + 5));
-}
-
 TEST_F(Interface, SecondShowMenuAppendsAndNumbersFromOneAgain) {
     InitFramebuffer("/dev/fb0");
     AddKeypad();
