@@ -20,7 +20,7 @@ flipped-key-press   @@ input/Keypad.cpp @@ s/event.value == 1)/event.value >= 1)
 timeout-units       @@ input/Keypad.cpp @@ s/seconds \* kNanosPerSecond/seconds * 1000000/
 no-eintr-retry      @@ input/Keypad.cpp @@ s/if (ready != -1 || errno != EINTR) return ready;/return ready;/
 missed-cloexec      @@ input/Keypad.cpp @@ s/fcntl(opened, F_SETFD, FD_CLOEXEC);//
-missed-close        @@ input/Keypad.cpp @@ s/if (fd > 0) close(fd);\n    fd = opened;/fd = opened;/
+missed-close        @@ input/Keypad.cpp @@ s/if (fd > 0) {\n        close(fd);/if (fd > 0) {/
 clip-off-by-one     @@ display/CanvasTransfers.cpp @@ s/screen.width - originX/screen.width + 1 - originX/
 swapped-channel     @@ display/PixelFormat.cpp @@ s/& redMask) << redUp)/\& redMask) << blueUp)/
 dropped-pan         @@ display/Screen.cpp @@ s/ioctl(fd, FBIOPAN_DISPLAY, &info);//
