@@ -140,6 +140,12 @@ TEST_F(Layouts, EveryLayoutShowsTheSamePictureAndGivesBackItsBytes) {
         EXPECT_TRUE(Bytes() == beforeWindow);
         EXPECT_EQ(0, Restore());
         EXPECT_TRUE(Bytes() == untouched);
+        // Each Update saves what it covers, so Restore goes back to before the last one.
+        ASSERT_EQ(0, Update());
+        const std::vector<uint8_t> painted = Bytes();
+        ASSERT_EQ(0, Update());
+        EXPECT_EQ(0, Restore());
+        EXPECT_TRUE(Bytes() == painted);
     }
 }
 

@@ -55,22 +55,20 @@ class Drawing : public ::testing::Test {
 
 }  // namespace
 
+// White on black, left aligned, unless told otherwise; a cell per character, and an
+// empty text still a line high.
 TEST_F(Drawing, TextDefaultsAndSize) {
     CAsciiText bare(font);
     EXPECT_EQ(0xFFFFFFu, bare.foreground.value);
     EXPECT_EQ(0u, bare.background.value);
     EXPECT_EQ(eAlignLeft, bare.getAlignment());
-    int w = -1, h = -1;
-    bare.getSize(w, h);
-    EXPECT_EQ(0, w + h);
-    CAsciiText ab("AB", font, CPoint(10, 20));
-    ab.getSize(w, h);
-    EXPECT_EQ(16, w);
-    EXPECT_EQ(16, h);
-    ab.setText("");
-    ab.getSize(w, h);
-    EXPECT_EQ(0, w);
-    EXPECT_EQ(16, h);
+    const std::pair<const char*, int> cases[] = {{"AB", 16 * 100 + 16}, {"", 16}, {nullptr, 0}};
+    for (const auto& [text, size] : cases) {
+        int w = -1, h = -1;
+        bare.setText(text);
+        bare.getSize(w, h);
+        EXPECT_EQ(size, w * 100 + h) << (text ? text : "null");
+    }
 }
 
 TEST_F(Drawing, LeftTextFillsWholeCellsAndSkipsUnknownCharacters) {

@@ -72,14 +72,5 @@ TEST_F(Mkfont, AFailedRunKeepsTheFontItWouldHaveReplaced) {
     EXPECT_EQ("the old font", kept.str());
 }
 
-TEST_F(Mkfont, HelpNamesEveryOption) {
-    const ToolRun run = Tool("--bogus --help");
-    EXPECT_EQ(0, run.status);
-    for (const char* option : {"-o", "--codes", "--codepage", "ISO-8859-15", "CP437", "--size",
-                               "--show", "--sheet", "--scale"}) {
-        EXPECT_NE(std::string::npos, run.output.find(option)) << option;
-    }
-}
-
 }  // namespace
 }  // namespace MkfontTest

@@ -1,18 +1,15 @@
 // The simulator: its key scripts, its PNG files and terminal view, a whole run of the
 // demo, a session of several processes, its clean-up, and an installed copy.
 #include <gtest/gtest.h>
-#include <png.h>
-#include <sys/wait.h>
 
 #include <algorithm>
-#include <cstdio>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "KeyScript.h"
 #include "LiveView.h"
 #include "PngWriter.h"
+#include "ShellRun.h"
 
 using namespace VantorSim;
 
@@ -20,40 +17,7 @@ namespace {
 
 const char kDemoKeys[] = "ok, left, ok, none, none, ok, down, ok, ok, down, down, ok, left, ok";
 
-struct Picture {
-    unsigned width = 0, height = 0;
-    std::vector<uint8_t> rgb;
-    uint32_t at(unsigned x, unsigned y) const {
-        const uint8_t* p = &rgb[(size_t(y) * width + x) * 3];
-        return uint32_t(p[0]) << 16 | uint32_t(p[1]) << 8 | p[2];
-    }
-};
-
-Picture ReadPng(const std::string& path) {
-    png_image image = {};
-    image.version = PNG_IMAGE_VERSION;
-    if (!png_image_begin_read_from_file(&image, path.c_str())) throw std::runtime_error(path);
-    image.format = PNG_FORMAT_RGB;
-    Picture picture{image.width, image.height, std::vector<uint8_t>(PNG_IMAGE_SIZE(image))};
-    png_image_finish_read(&image, nullptr, picture.rgb.data(), 0, nullptr);
-    return picture;
-}
-
-struct SimRun {
-    int status;
-    std::string output;
-};
-
-SimRun Shell(const std::string& command) {
-    FILE* pipe = popen((command + " 2>&1 </dev/null").c_str(), "r");
-    SimRun run{-1, ""};
-    char line[512];
-    while (std::fgets(line, sizeof(line), pipe)) run.output += line;
-    run.status = WEXITSTATUS(pclose(pipe));
-    return run;
-}
-
-SimRun Simulate(const std::string& arguments) {
+ShellRun Simulate(const std::string& arguments) {
     return Shell(std::string(VANTOR_SIM) + " " + arguments);
 }
 
@@ -94,8 +58,8 @@ TEST(PngWriter, WritesScaledPixelsThatDecodeBack) {
 
 TEST(Simulator, RunsTheDemoToItsEndWithAPictureAtEveryWait) {
     const std::string shots = TempDir();
-    const SimRun run = Simulate("--screen 800x480 --shots " + shots + " --keys '" + kDemoKeys +
-                                "' -- " + VANTOR_DEMO + " /dev/fb0 800x480");
+    const ShellRun run = Simulate("--screen 800x480 --shots " + shots + " --keys '" + kDemoKeys +
+                                  "' -- " + VANTOR_DEMO + " /dev/fb0 800x480");
     ASSERT_EQ(0, run.status) << run.output;
     EXPECT_NE(std::string::npos, run.output.find("14 screenshots in " + shots));
 
@@ -139,7 +103,7 @@ TEST(Simulator, RefusesWhatItCannotRun) {
         {"--keys ok --fonts " + fontless + " -- /bin/true", 2, "lr.tf and lb.tf"},
     };
     for (const auto& c : cases) {
-        const SimRun run = Simulate(c.arguments);
+        const ShellRun run = Simulate(c.arguments);
         EXPECT_EQ(c.status, run.status) << c.arguments;
         EXPECT_NE(std::string::npos, run.output.find(c.says)) << run.output;
     }
@@ -148,8 +112,8 @@ TEST(Simulator, RefusesWhatItCannotRun) {
 // The commands of a shell script share the screen, the key script and the numbering.
 TEST(Simulator, IsOneSessionForAllTheProcessesOfAScript) {
     const std::string shots = TempDir(), host = SESSION_HOST;
-    const SimRun run = Simulate("--keys ok,select --shots " + shots + " -- sh -c '" + host +
-                                " paint; " + host + " key; " + host + " key'");
+    const ShellRun run = Simulate("--keys ok,select --shots " + shots + " -- sh -c '" + host +
+                                  " paint; " + host + " key; " + host + " key'");
     ASSERT_EQ(0, run.status) << run.output;
     EXPECT_NE(std::string::npos, run.output.find("ff0000 10\nff0000 103\n")) << run.output;
     EXPECT_NE(std::string::npos, run.output.find("1 screenshots"));
@@ -158,12 +122,12 @@ TEST(Simulator, IsOneSessionForAllTheProcessesOfAScript) {
 
 TEST(Simulator, RunsAHostThatLoadsTheLibraryAtRunTime) {
     if (Shell("python3 -c 'import ctypes'").status != 0) GTEST_SKIP() << "no python3";
-    const SimRun run = Simulate("--keys ok,select -- env LD_LIBRARY_PATH=" LIBVANTOR_DIR
-                                " python3 -c '"
-                                "import ctypes; v = ctypes.CDLL(\"libvantor.so.1\"); "
-                                "v.WaitKey.argtypes = [ctypes.c_float]; "
-                                "key = lambda: max(v.WaitKey(5) for _ in range(3)); "
-                                "print(v.InitKeypad(), key(), key())'");
+    const ShellRun run = Simulate("--keys ok,select -- env LD_LIBRARY_PATH=" LIBVANTOR_DIR
+                                  " python3 -c '"
+                                  "import ctypes; v = ctypes.CDLL(\"libvantor.so.1\"); "
+                                  "v.WaitKey.argtypes = [ctypes.c_float]; "
+                                  "key = lambda: max(v.WaitKey(5) for _ in range(3)); "
+                                  "print(v.InitKeypad(), key(), key())'");
     EXPECT_EQ(0, run.status);
     EXPECT_EQ("0 10 103\n", run.output);  // VANTOR_KEY_OK, then VANTOR_KEY_SELECT
 }
@@ -174,12 +138,12 @@ TEST(Simulator, TakesKeysTypedOnATerminalAndDrawsTheScreenThere) {
     if (Shell("script -qec true /dev/null").status != 0) GTEST_SKIP() << "no script(1)";
     const std::string sim = VANTOR_SIM, host = SESSION_HOST;
     const auto typed = [&](const char* keys, const std::string& program) {
-        SimRun run = Shell(std::string("(printf '") + keys + "' | script -qec \"" + sim + " -- " +
-                           program + "\" /dev/null)");
+        ShellRun run = Shell(std::string("(printf '") + keys + "' | script -qec \"" + sim + " -- " +
+                             program + "\" /dev/null)");
         run.output.erase(std::remove(run.output.begin(), run.output.end(), '\r'), run.output.end());
         return run;
     };
-    SimRun run =
+    ShellRun run =
         typed("\\r \\033[B", "sh -c '" + host + " key; " + host + " key; " + host + " key'");
     EXPECT_EQ(0, run.status);
     const size_t ok = run.output.find("000000 10\n"), select = run.output.find("103\n", ok);
@@ -209,7 +173,7 @@ TEST(Simulator, LeavesNothingBehindOnAnyWayOut) {
     for (const auto& c : cases) {
         const std::string tmp = TempDir();
         // A sanitized build preloads its runtime into sh, which would catch the SIGSEGV.
-        const SimRun run =
+        const ShellRun run =
             Shell("export TMPDIR=" + tmp + " ASAN_OPTIONS=handle_segv=0; " + c.command);
         EXPECT_EQ(c.status, run.status) << c.command << "\n" << run.output;
         EXPECT_EQ(std::string::npos, run.output.find("on\n")) << "the script went on";
@@ -226,10 +190,10 @@ TEST(Simulator, RunsFromAnInstalledTreeMovedAnywhere) {
                     stage + "/usr " + stage + "/moved")
                   .status);
     const std::string sim = stage + "/moved/bin/vantor-sim";
-    const SimRun env = Shell(sim + " --keys ok -- sh -c 'echo $LD_PRELOAD $VANTOR_SIM_FONTS'");
+    const ShellRun env = Shell(sim + " --keys ok -- sh -c 'echo $LD_PRELOAD $VANTOR_SIM_FONTS'");
     EXPECT_EQ(0u, env.output.find(stage + "/moved/")) << env.output;
     EXPECT_NE(std::string::npos, env.output.find(stage + "/moved/share/fonts/vantor"));
-    const SimRun demo =
+    const ShellRun demo =
         Shell("LD_LIBRARY_PATH=$(dirname $(find " + stage + " -name libvantor.so)) " + sim +
               " --shots " + shots + " --keys '" + kDemoKeys + "' -- " VANTOR_DEMO);
     EXPECT_EQ(0, demo.status) << demo.output;

@@ -65,22 +65,6 @@ TEST(PaletteFramebuffer, EightBitsPerPixelIsRefused) {
     EXPECT_EQ(reason.find('\n'), reason.size() - 1) << reason;  // one line
 }
 
-TEST(RealFramebuffer, MappedWithTheDriversGeometry) {
-    ASSERT_NE(nullptr, InitFramebuffer(TheFramebuffer()));
-    fb_var_screeninfo var = {};
-    fb_fix_screeninfo fix = {};
-    const int fd = open(TheFramebuffer(), O_RDONLY);
-    ASSERT_EQ(0, ioctl(fd, FBIOGET_VSCREENINFO, &var));
-    ASSERT_EQ(0, ioctl(fd, FBIOGET_FSCREENINFO, &fix));
-    close(fd);
-    EXPECT_EQ(unsigned(kWidth), var.xres_virtual);
-    EXPECT_EQ(unsigned(kHeight), var.yres_virtual);
-    EXPECT_EQ(32u, var.bits_per_pixel);
-    EXPECT_EQ(4u * var.xres_virtual, fix.line_length);
-    EXPECT_EQ(var.xres_virtual, pContext->pFramebuffer->varInfo.xres_virtual);
-    EXPECT_EQ(var.yres_virtual, pContext->pFramebuffer->varInfo.yres_virtual);
-}
-
 // The mapping must be the device's own memory, rows of xres_virtual words in the
 // driver's declared layout: a background colour written at (123, 45) is read back there
 // by another reader.

@@ -1,40 +1,11 @@
 # The test machine: its initramfs, its fonts and one boot of it. Sourced by
 # run-system-tests.sh after kernel.sh, which sets KERNEL_IMAGE and KERNEL_MODULES.
 
-# The build's fonts, or, in a build configured without them, a tiny pair made here:
-# "tinyfont", a zero and three more zero bytes, then count, height and width, the codes
-# and one byte of 0 or 1 per pixel. Space is blank, every other glyph a hollow box.
+# The build's fonts: the guest installs them where the library reads them.
 font_dir() {
-  local build=$1 work=$2
-  if [ -f "$build/fonts/lr.tf" ] && [ -f "$build/fonts/lb.tf" ]; then
-    echo "$build/fonts"
-    return
-  fi
-  mkdir -p "$work/fonts"
-  tiny_font > "$work/fonts/lr.tf"
-  cp "$work/fonts/lr.tf" "$work/fonts/lb.tf"
-  echo "$work/fonts"
-}
-
-# shellcheck disable=SC2059 # the format is the escaped bytes themselves
-int32() {  # little-endian, for values below 65536
-  printf "\\x$(printf %02x $(($1 & 255)))\\x$(printf %02x $(($1 >> 8 & 255)))\\0\\0"
-}
-
-box_glyph() {  # 8x16
-  local row
-  printf '\0\0\0\0\0\0\0\0'
-  for row in $(seq 14); do printf '\0\1\0\0\0\0\1\0'; done
-  printf '\0\1\1\1\1\1\1\0'
-}
-
-tiny_font() {
-  local code
-  printf 'tinyfont\0\0\0\0'
-  int32 95 && int32 16 && int32 8
-  for code in $(seq 32 126); do int32 "$code"; done
-  head -c 128 /dev/zero  # space
-  for code in $(seq 33 126); do box_glyph; done
+  [ -f "$1/fonts/lr.tf" ] && [ -f "$1/fonts/lb.tf" ] ||
+    fail "no fonts in $1/fonts: the system tests need a build with VANTOR_BUILD_FONTS on"
+  echo "$1/fonts"
 }
 
 # busybox as /init's shell, /init itself, and the modules with lists in loading order:

@@ -1,17 +1,16 @@
 // The vantor command as a script sees it: exit statuses, stdout and the screen, each
 // subcommand run in the simulator with scripted keys.
 #include <gtest/gtest.h>
-#include <png.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
-#include <stdexcept>
 #include <string>
 #include <vector>
+
+#include "ShellRun.h"
 
 namespace {
 
@@ -56,39 +55,8 @@ Outcome Vantor(const std::string& args, const std::string& keys = "", const std:
         command = std::string(VANTOR_SIM) + (shots.empty() ? "" : " --shots " + shots) +
                   " --keys '" + keys + "' -- " + command;
     }
-    command = "printf '" + input + "' | " + command + " 2>" + dir + "/err";
-    FILE* pipe = popen(command.c_str(), "r");
-    Outcome run{-1, "", ""};
-    char line[512];
-    while (std::fgets(line, sizeof(line), pipe)) run.out += line;
-    run.status = WEXITSTATUS(pclose(pipe));
-    run.err = Slurp(dir + "/err");
-    return run;
-}
-
-struct Picture {
-    unsigned width = 0, height = 0;
-    std::vector<uint8_t> rgb;
-    uint32_t at(unsigned x, unsigned y) const {
-        const uint8_t* p = &rgb[(size_t(y) * width + x) * 3];
-        return uint32_t(p[0]) << 16 | uint32_t(p[1]) << 8 | p[2];
-    }
-    int count(uint32_t colour, unsigned x0, unsigned y0, unsigned x1, unsigned y1) const {
-        int n = 0;
-        for (unsigned y = y0; y < y1; ++y)
-            for (unsigned x = x0; x < x1; ++x) n += at(x, y) == colour;
-        return n;
-    }
-};
-
-Picture ReadPng(const std::string& path) {
-    png_image image = {};
-    image.version = PNG_IMAGE_VERSION;
-    if (!png_image_begin_read_from_file(&image, path.c_str())) throw std::runtime_error(path);
-    image.format = PNG_FORMAT_RGB;
-    Picture picture{image.width, image.height, std::vector<uint8_t>(PNG_IMAGE_SIZE(image))};
-    png_image_finish_read(&image, nullptr, picture.rgb.data(), 0, nullptr);
-    return picture;
+    const ShellRun run = Shell("printf '" + input + "' | " + command + " 2>" + dir + "/err", false);
+    return Outcome{run.status, run.output, Slurp(dir + "/err")};
 }
 
 }  // namespace
