@@ -41,8 +41,6 @@ class Widgets : public ::testing::Test {
 
     int Query(CMenu& m) { return m.QueryMenu(screen.data(), screen.width, screen.height, 0.2f); }
 
-    int SelectedId() { return menu->pSelectedItem ? menu->pSelectedItem->id : 0; }
-
     CBitmapFont font;
     ScriptedKeypad keypad;
     Screen screen{320, 240, kWallpaper};
@@ -50,21 +48,6 @@ class Widgets : public ::testing::Test {
 };
 
 }  // namespace
-
-TEST_F(Widgets, MenuShowsTheSelectedEntryInverseWhileWaiting) {
-    CMenu& m = Menu({"AB", "C"}, {114, 26});
-    // The colour of a clear glyph pixel in each entry's first cell, at every wait.
-    std::vector<std::pair<uint32_t, uint32_t>> seen;
-    keypad.onWait = [&] { seen.push_back({screen.at(45 + 2, 35), screen.at(45 + 3, 59)}); };
-    ASSERT_FALSE(GlyphBit('A', 0, 2));
-    ASSERT_FALSE(GlyphBit('C', 0, 3));
-    Query(m);
-    ASSERT_EQ(2u, seen.size());
-    EXPECT_EQ(std::make_pair(0xFFFFFFu, 0u), seen[0]);
-    EXPECT_EQ(std::make_pair(0u, 0xFFFFFFu), seen[1]);
-    EXPECT_EQ(2, SelectedId());
-    EXPECT_EQ(0.2f, keypad.timeouts.front());
-}
 
 // Entries follow each other down a column or along a row without overlapping.
 TEST_F(Widgets, MenuEntriesDoNotOverlapInRowsOrColumns) {
