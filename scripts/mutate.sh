@@ -21,7 +21,7 @@ timeout-units       @@ input/Keypad.cpp @@ s/seconds \* kNanosPerSecond/seconds 
 no-eintr-retry      @@ input/Keypad.cpp @@ s/if (ready != -1 || errno != EINTR) return ready;/return ready;/
 missed-cloexec      @@ input/Keypad.cpp @@ s/fcntl(opened, F_SETFD, FD_CLOEXEC);//
 missed-close        @@ input/Keypad.cpp @@ s/if (fd > 0) {\n        close(fd);/if (fd > 0) {/
-clip-off-by-one     @@ display/CanvasTransfers.cpp @@ s/screen.width - originX/screen.width + 1 - originX/
+clip-off-by-one     @@ display/CanvasTransfers.cpp @@ s/(size - origin, first, to)/(size + 1 - origin, first, to)/
 swapped-channel     @@ display/PixelFormat.cpp @@ s/& redMask) << redUp)/\& redMask) << blueUp)/
 dropped-pan         @@ display/Screen.cpp @@ s/ioctl(fd, FBIOPAN_DISPLAY, &info);//
 no-save-on-update   @@ display/Framebuffer.cpp @@ s/canvas.Refresh();\n    canvas.SaveBackground(screen);/canvas.Refresh();/

@@ -1,4 +1,4 @@
-// Geometry, canvas sizing and the pixel operations and screen transfers of a canvas.
+// Canvas sizing and the pixel operations and screen transfers of a canvas.
 #include <gtest/gtest.h>
 
 #include <linux/fb.h>
@@ -13,17 +13,6 @@
 
 using namespace Vantor;
 using VantorTest::Screen;
-
-TEST(Geometry, FrameCountsSizesBelowOneAsOneAndColoursAreZeroRedGreenBlue) {
-    CFrame degenerate(10, 20, 0, -5);
-    EXPECT_EQ(CPoint(10, 20), degenerate.topLeft);
-    EXPECT_EQ(CPoint(10, 20), degenerate.bottomRight);
-    CFrame frame(10, 20, 4, 3);
-    EXPECT_EQ(CPoint(13, 22), frame.bottomRight);
-    EXPECT_EQ(4, frame.getWidth());
-    EXPECT_EQ(3, frame.getHeight());
-    EXPECT_EQ(0x00123456u, CRGBA24(0x12, 0x34, 0x56).value);  // what RGB_to_RGBA gives hosts
-}
 
 TEST(Canvas, SizedCanvasHasZeroedBuffersAndMovesWithSetOffset) {
     CCanvas canvas(10, 20, 4, 3);

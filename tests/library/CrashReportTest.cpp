@@ -38,17 +38,6 @@ void FaultWhileLocked(FILE* stream) {
 
 }  // namespace
 
-TEST(CrashReport, InstalledForSegvAndAbortWithSigInfoOnly) {
-    for (int signal : {SIGSEGV, SIGABRT}) {
-        struct sigaction action;
-        sigaction(signal, nullptr, &action);
-        EXPECT_EQ(&Vantor::handler, action.sa_sigaction);
-        const int kRestorer = 0x04000000;  // added by the C library to every action
-        EXPECT_EQ(SA_SIGINFO, action.sa_flags & ~kRestorer);
-        EXPECT_EQ(0, sigismember(&action.sa_mask, SIGINT));
-    }
-}
-
 TEST(CrashReportDeathTest, AbortReportsFiveLinesAndTheProcessEnds) {
     EXPECT_DEATH(abort(),
                  "^Signal caught!\n\tSignal number: 6\n\tError number:  0\n\tSignal code:   -6\n"

@@ -67,6 +67,12 @@ TEST_F(Copy, FailuresNameTheirPathAndReturnTheirCode) {
                   EXPECT_EQ(-1, CopyFileWithProgress(dir.c_str(), target.c_str(), nullptr, 10));
               }));
     EXPECT_TRUE(updates.empty());
+    // Success only once the target is on storage: a device may lose power right after.
+    vp_fail_call("fsync", EIO, 1);
+    EXPECT_EQ("Write error: " + target + "\n", CaptureStderrOf([&] {
+                  EXPECT_EQ(-5, CopyFileWithProgress((dir + "/source").c_str(), target.c_str(),
+                                                     nullptr, 10));
+              }));
 }
 
 TEST_F(Copy, EmptySourceMakesTheTargetWithOneFinalUpdate) {

@@ -115,20 +115,25 @@ TEST_F(Interface, KeyPressesAreTranslatedAndEverythingElseIsMinusOne) {
     for (int key : expected) EXPECT_EQ(key, WaitKey(0.0f));
 }
 
+// Stepping wraps at both ends, and however the menu is left it gives the screen back.
 TEST_F(Interface, MenuAnswersTheKeysOfTheKeypad) {
+    FillScreen(0x123456);
     InitFramebuffer("/dev/fb0");
     AddKeypad();
     InitKeypad();
-    auto choose = [this](const char* keys) {
+    const std::vector<uint32_t> before = Snapshot();
+    const std::pair<const char*, int> cases[] = {
+        {"7, 7, 149", 3},     // next, next, choose
+        {"6, 50", 3},         // previous wraps to the last entry
+        {"7, 7, 7, 149", 1},  // next wraps to the first
+        {"150", 0},          {"53", -3}, {"152", -4},
+    };
+    for (const auto& [keys, result] : cases) {
         InitMenu(10, 10);
         Script(keys);
-        return ShowMenu(kEntries, eMenuVertical, eAlignLeft);
-    };
-    EXPECT_EQ(3, choose("7, 7, 149"));  // next, next, choose
-    EXPECT_EQ(3, choose("6, 50"));      // previous wraps to the last entry
-    EXPECT_EQ(0, choose("150"));
-    EXPECT_EQ(-3, choose("53"));
-    EXPECT_EQ(-4, choose("152"));
+        EXPECT_EQ(result, ShowMenu(kEntries, eMenuVertical, eAlignLeft)) << keys;
+        EXPECT_TRUE(before == Snapshot()) << keys;
+    }
 }
 
 TEST_F(Interface, SecondShowMenuAppendsAndNumbersFromOneAgain) {

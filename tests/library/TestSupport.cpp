@@ -83,9 +83,7 @@ int OpenDescriptors() {
     return int(std::distance(all, std::filesystem::directory_iterator()));
 }
 
-int ScriptedKeypad::WaitKeyEvent(float timeout) {
-    timeouts.push_back(timeout);
-    if (onWait) onWait();
+int ScriptedKeypad::WaitKeyEvent(float) {
     if (script.empty()) throw std::runtime_error("key script exhausted while a widget waits");
     const int key = script.front();
     script.pop_front();

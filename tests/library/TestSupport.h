@@ -3,7 +3,6 @@
 
 #include <cstdint>
 #include <deque>
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -37,16 +36,13 @@ struct Screen {
 };
 
 // A key source that plays back a script. Running out of keys throws instead of
-// waiting forever, so a widget that does not end fails the test rather than hangs;
-// onWait runs before every wait, while the widget is on the screen.
+// waiting forever, so a widget that does not end fails the test rather than hangs.
 class ScriptedKeypad : public Vantor::CKeypad {
   public:
     explicit ScriptedKeypad(std::deque<int> keys = {}) : script(std::move(keys)) {}
     int WaitKeyEvent(float timeout) override;
 
     std::deque<int> script;
-    std::function<void()> onWait;
-    std::vector<float> timeouts;
 };
 
 }  // namespace VantorTest

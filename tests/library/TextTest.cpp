@@ -55,13 +55,9 @@ class Drawing : public ::testing::Test {
 
 }  // namespace
 
-// White on black, left aligned, unless told otherwise; a cell per character, and an
-// empty text still a line high.
-TEST_F(Drawing, TextDefaultsAndSize) {
+// A cell per character, and an empty text still a line high.
+TEST_F(Drawing, TextSize) {
     CAsciiText bare(font);
-    EXPECT_EQ(0xFFFFFFu, bare.foreground.value);
-    EXPECT_EQ(0u, bare.background.value);
-    EXPECT_EQ(eAlignLeft, bare.getAlignment());
     const std::pair<const char*, int> cases[] = {{"AB", 16 * 100 + 16}, {"", 16}, {nullptr, 0}};
     for (const auto& [text, size] : cases) {
         int w = -1, h = -1;

@@ -41,8 +41,6 @@ class Widgets : public ::testing::Test {
 
     int Query(CMenu& m) { return m.QueryMenu(screen.data(), screen.width, screen.height, 0.2f); }
 
-    int SelectedId() { return menu->pSelectedItem ? menu->pSelectedItem->id : 0; }
-
     CBitmapFont font;
     ScriptedKeypad keypad;
     Screen screen{320, 240, kWallpaper};
@@ -50,35 +48,6 @@ class Widgets : public ::testing::Test {
 };
 
 }  // namespace
-
-TEST_F(Widgets, MenuStepsAroundBothEndsAndChoosesTheSelection) {
-    EXPECT_EQ(3, Query(Menu({"A", "B", "C"}, {114, 114, 10})));
-    EXPECT_EQ(3, Query(Menu({"A", "B", "C"}, {108, 103})));
-    EXPECT_EQ(1, Query(Menu({"A", "B", "C"}, {114, 114, 114, 10})));
-    EXPECT_EQ(1, Query(Menu({"Only"}, {108, 114, 10})));
-}
-
-TEST_F(Widgets, MenuLeavingKeysRestoreTheScreen) {
-    for (auto [key, result] : {std::pair{26, 0}, {3, -3}, {9, -4}}) {
-        EXPECT_EQ(result, Query(Menu({"A", "B"}, {-1, 77, key})));
-        for (uint32_t pixel : screen.pixels) ASSERT_EQ(kWallpaper, pixel);
-    }
-}
-
-TEST_F(Widgets, MenuShowsTheSelectedEntryInverseWhileWaiting) {
-    CMenu& m = Menu({"AB", "C"}, {114, 26});
-    // The colour of a clear glyph pixel in each entry's first cell, at every wait.
-    std::vector<std::pair<uint32_t, uint32_t>> seen;
-    keypad.onWait = [&] { seen.push_back({screen.at(45 + 2, 35), screen.at(45 + 3, 59)}); };
-    ASSERT_FALSE(GlyphBit('A', 0, 2));
-    ASSERT_FALSE(GlyphBit('C', 0, 3));
-    Query(m);
-    ASSERT_EQ(2u, seen.size());
-    EXPECT_EQ(std::make_pair(0xFFFFFFu, 0u), seen[0]);
-    EXPECT_EQ(std::make_pair(0u, 0xFFFFFFu), seen[1]);
-    EXPECT_EQ(2, SelectedId());
-    EXPECT_EQ(0.2f, keypad.timeouts.front());
-}
 
 // Entries follow each other down a column or along a row without overlapping.
 TEST_F(Widgets, MenuEntriesDoNotOverlapInRowsOrColumns) {
@@ -127,19 +96,6 @@ TEST_F(Widgets, SelectionCarriesOverAndLastSelectedWins) {
     EXPECT_EQ(2, Query(preset));
 }
 
-TEST_F(Widgets, DialogButtonsSitInsideTheBoxWhichLeavesBlack) {
-    CDialog dialog(font, keypad, 100, 100, 200, 100, eDialogOkCancel);
-    dialog.CreateMenu();
-    const CFrame& buttons = dialog.pMenu->frame;
-    EXPECT_TRUE(buttons.topLeft.x >= 100 && buttons.topLeft.y >= 100 &&
-                buttons.bottomRight.x < 300 && buttons.bottomRight.y < 200);
-    keypad.script = {103};
-    EXPECT_EQ(2, dialog.QueryDialog(screen.data(), screen.width, screen.height, 0.0f));
-    EXPECT_EQ(0u, screen.at(100, 100));
-    EXPECT_EQ(0u, screen.at(299, 199));
-    EXPECT_EQ(kWallpaper, screen.at(300, 199));
-}
-
 TEST_F(Widgets, DialogTypesDecideButtonsAndResults) {
     auto ask = [&](int type, std::deque<int> keys) {
         CDialog dialog(font, keypad, 10, 10, 200, 80, static_cast<eDialogType>(type));
@@ -156,16 +112,9 @@ TEST_F(Widgets, DialogTypesDecideButtonsAndResults) {
     EXPECT_EQ(0u, screen.at(10, 10));
 }
 
-TEST_F(Widgets, ProgressTextChangeLeavesNoTraceAndSurvivesClear) {
+TEST_F(Widgets, ProgressTextChangeLeavesNoTrace) {
     CProgress window(font, "A long caption", 0, 0, 200, 60);
     window.Refresh();
     window.setText("Short", eAlignLeft);
     EXPECT_EQ(0u, window.pPixels[10 * 200 + 5 + 8 * 10]);  // where "caption" was
-    window.Clear();
-    EXPECT_EQ(nullptr, window.pBar);
-    EXPECT_EQ(-2, window.PaintProgress(screen.data(), screen.width, screen.height));
-    window.setProgress(100);
-    window.setText("Again", eAlignLeft);
-    EXPECT_EQ(2u, window.objects.size());
-    EXPECT_EQ(0, window.PaintProgress(screen.data(), screen.width, screen.height));
 }

@@ -5,7 +5,6 @@
 #include <zlib.h>
 
 #include <cstdio>
-#include <cstdlib>
 #include <fstream>
 
 #include "vantor/BitmapFont.h"
@@ -80,16 +79,6 @@ std::string Psf1() {
         for (int r = 0; r < 8; ++r) data += char(r < 7 ? PatternRow(glyph, r) : 0);
     }
     return data;
-}
-
-void Mkfont::SetUp() {
-    char pattern[] = "/tmp/vantor-mkfont-test-XXXXXX";
-    ASSERT_NE(nullptr, mkdtemp(pattern));
-    dir = pattern;
-}
-
-void Mkfont::TearDown() {
-    ASSERT_EQ(0, std::system(("rm -rf " + dir).c_str()));
 }
 
 ToolRun Mkfont::Tool(const std::string& arguments) const {

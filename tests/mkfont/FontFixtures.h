@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "TestSupport.h"
+
 // Small fonts written by the tests in a fresh directory, and vantor-mkfont run on them
 // as a user runs it.
 namespace MkfontTest {
@@ -26,9 +28,6 @@ struct ToolRun {
 
 class Mkfont : public ::testing::Test {
   protected:
-    void SetUp() override;
-    void TearDown() override;
-
     ToolRun Tool(const std::string& arguments) const;
     std::string Write(const std::string& name, const std::string& bytes) const;
     void WriteGzip(const std::string& name, const std::string& bytes) const;
@@ -38,7 +37,7 @@ class Mkfont : public ::testing::Test {
     void ExpectPattern(const std::string& font, const std::vector<int>& codes,
                        const std::vector<int>& characters, int columnOffset = 0) const;
 
-    std::string dir;
+    std::string dir = VantorTest::MakeTempDir();
 };
 
 }  // namespace MkfontTest

@@ -6,10 +6,7 @@
 #include <poll.h>
 #include <unistd.h>
 
-#include <cerrno>
-#include <chrono>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "PlatformTest.h"
@@ -43,21 +40,6 @@ std::string Poll(int fd, double timeout, size_t records, int (*wait)(int, double
 const char kKeyRecords[] = "s50 50+ | s50 50- | ";
 
 }  // namespace
-
-TEST_F(Platform, EventNodeSendsTheDriversRecordSequenceAndCountsItsReaders) {
-    vp_input_add(0, "tca8418");
-    const int fd = open("/dev/input/event0", O_RDONLY);
-    ASSERT_GE(fd, 0);
-    EXPECT_EQ(1, vp_input_open_count(0));
-    EXPECT_EQ(0, WaitReadable(fd, 0.05));
-    ASSERT_EQ(0, vp_input_press(0, 50));
-    EXPECT_EQ(kKeyRecords, Poll(fd, 0.1, 6));
-    EXPECT_EQ(0, PollReadable(fd, 0.0));
-    close(fd);
-    EXPECT_EQ(0, vp_input_open_count(0));
-    EXPECT_EQ(-1, vp_input_add_numbered(7, 0, "taken"));  // event0 is input0's node
-    EXPECT_EQ(-1, vp_input_event(7, EV_KEY, 1, 1));
-}
 
 // A polling program gets a scripted key only once it has read all of the last one, and
 // the hook sees each wait for a key once, not each poll that finds a record waiting;
@@ -93,27 +75,6 @@ TEST_F(Platform, AKeyTheHookQueuesComesBeforeTheScriptsNext) {
     const int fd = open("/dev/input/event0", O_RDONLY);
     EXPECT_EQ("30+ ", Poll(fd, 0.1, 1));
     EXPECT_EQ(kKeyRecords, Poll(fd, 0.1, 6));
-    close(fd);
-}
-
-// Unplugged while a reader waits, the node wakes it as evdev does, and stays that way
-// even once a new device takes the same numbers.
-TEST_F(Platform, RemovedDeviceHangsUpItsWaitingReaderAndFailsItsReads) {
-    vp_input_add(0, "tca8418");
-    const int fd = open("/dev/input/event0", O_RDONLY);
-    std::thread unplug([] {
-        std::this_thread::sleep_for(std::chrono::milliseconds(50));
-        vp_input_remove(0);
-    });
-    pollfd watched = {fd, POLLIN, 0};
-    EXPECT_EQ(1, poll(&watched, 1, 10000));
-    unplug.join();
-    EXPECT_EQ(POLLHUP | POLLERR, watched.revents & (POLLHUP | POLLERR));
-    EXPECT_EQ(-1, access("/sys/class/input/input0/name", F_OK));
-    vp_input_add(0, "tca8418");  // a new device with the same numbers
-    input_event event;
-    EXPECT_EQ(-1, read(fd, &event, sizeof(event)));
-    EXPECT_EQ(ENODEV, errno);
     close(fd);
 }
 

@@ -10,6 +10,7 @@
 #include "LiveView.h"
 #include "PngWriter.h"
 #include "ShellRun.h"
+#include "TestSupport.h"
 
 using namespace VantorSim;
 
@@ -19,11 +20,6 @@ const char kDemoKeys[] = "ok, left, ok, none, none, ok, down, ok, ok, down, down
 
 ShellRun Simulate(const std::string& arguments) {
     return Shell(std::string(VANTOR_SIM) + " " + arguments);
-}
-
-std::string TempDir() {
-    char pattern[] = "/tmp/vantor-sim-test-XXXXXX";
-    return mkdtemp(pattern);
 }
 
 }  // namespace
@@ -43,7 +39,7 @@ TEST(KeyScript, NamesCodesSkipsPausesAndComments) {
 
 TEST(PngWriter, WritesScaledPixelsThatDecodeBack) {
     const uint32_t screen[] = {0x112233, 0xFF0000, 0x00FF00, 0x0000FF, 0xFFFFFF, 0x000000};
-    const std::string path = TempDir() + "/screen.png";
+    const std::string path = VantorTest::MakeTempDir() + "/screen.png";
     ASSERT_TRUE(WritePng(path, screen, 2, 2, 3, 2));  // rows of 3 pixels, the third not shown
     const Picture picture = ReadPng(path);
     ASSERT_EQ(4u, picture.width);
@@ -57,7 +53,7 @@ TEST(PngWriter, WritesScaledPixelsThatDecodeBack) {
 }
 
 TEST(Simulator, RunsTheDemoToItsEndWithAPictureAtEveryWait) {
-    const std::string shots = TempDir();
+    const std::string shots = VantorTest::MakeTempDir();
     const ShellRun run = Simulate("--screen 800x480 --shots " + shots + " --keys '" + kDemoKeys +
                                   "' -- " + VANTOR_DEMO + " /dev/fb0 800x480");
     ASSERT_EQ(0, run.status) << run.output;
@@ -90,7 +86,7 @@ TEST(LiveView, ShrinksTheScreenToTheTerminalInItsOwnColours) {
 }
 
 TEST(Simulator, RefusesWhatItCannotRun) {
-    const std::string fontless = TempDir();
+    const std::string fontless = VantorTest::MakeTempDir();
     const struct {
         std::string arguments;
         int status;
@@ -111,7 +107,7 @@ TEST(Simulator, RefusesWhatItCannotRun) {
 
 // The commands of a shell script share the screen, the key script and the numbering.
 TEST(Simulator, IsOneSessionForAllTheProcessesOfAScript) {
-    const std::string shots = TempDir(), host = SESSION_HOST;
+    const std::string shots = VantorTest::MakeTempDir(), host = SESSION_HOST;
     const ShellRun run = Simulate("--keys ok,select --shots " + shots + " -- sh -c '" + host +
                                   " paint; " + host + " key; " + host + " key'");
     ASSERT_EQ(0, run.status) << run.output;
@@ -171,7 +167,7 @@ TEST(Simulator, LeavesNothingBehindOnAnyWayOut) {
         {sim + " --keys ok -- sh -c 'kill -ABRT $$'", 134},
     };
     for (const auto& c : cases) {
-        const std::string tmp = TempDir();
+        const std::string tmp = VantorTest::MakeTempDir();
         // A sanitized build preloads its runtime into sh, which would catch the SIGSEGV.
         const ShellRun run =
             Shell("export TMPDIR=" + tmp + " ASAN_OPTIONS=handle_segv=0; " + c.command);
@@ -183,7 +179,7 @@ TEST(Simulator, LeavesNothingBehindOnAnyWayOut) {
 
 // An installed copy moved elsewhere finds its own parts and fonts, none of the build's.
 TEST(Simulator, RunsFromAnInstalledTreeMovedAnywhere) {
-    const std::string stage = TempDir(), shots = TempDir();
+    const std::string stage = VantorTest::MakeTempDir(), shots = VantorTest::MakeTempDir();
     ASSERT_EQ(0,
               Shell("DESTDIR=" + stage +
                     " " CMAKE_COMMAND " --install " BUILD_DIR " --prefix /usr >/dev/null && mv " +
@@ -198,5 +194,4 @@ TEST(Simulator, RunsFromAnInstalledTreeMovedAnywhere) {
               " --shots " + shots + " --keys '" + kDemoKeys + "' -- " VANTOR_DEMO);
     EXPECT_EQ(0, demo.status) << demo.output;
     EXPECT_NE(std::string::npos, demo.output.find("14 screenshots")) << demo.output;
-    Shell("rm -rf " + stage + " " + shots);
 }

@@ -1,16 +1,13 @@
 // The vantor command as a script sees it: exit statuses, stdout and the screen, each
 // subcommand run in the simulator with scripted keys.
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
-#include <cstdio>
-#include <cstdlib>
 #include <fstream>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "ShellRun.h"
+#include "TestSupport.h"
 
 namespace {
 
@@ -19,44 +16,20 @@ struct Outcome {
     std::string out, err;
 };
 
-// Every directory of a run lives under one root that is removed when the tests end.
-class TempRoot : public ::testing::Environment {
-  public:
-    void TearDown() override { std::system(("rm -rf '" + path + "'").c_str()); }
-    std::string path;
-};
-
-TempRoot* root = static_cast<TempRoot*>(::testing::AddGlobalTestEnvironment(new TempRoot));
-
-std::string TempDir() {
-    if (root->path.empty()) {
-        char pattern[] = "/tmp/vantor-command-test-XXXXXX";
-        root->path = mkdtemp(pattern);
-    }
-    static int count = 0;
-    const std::string dir = root->path + "/" + std::to_string(++count);
-    mkdir(dir.c_str(), 0700);
-    return dir;
-}
-
-std::string Slurp(const std::string& path) {
-    std::ifstream in(path);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
+using VantorTest::MakeTempDir;
+using VantorTest::ReadFile;
 
 // Runs `vantor ARGS` through a shell; with keys, inside the simulator on an 800x480 screen.
-Outcome Vantor(const std::string& args, const std::string& keys = "", const std::string& shots = "",
-               const std::string& input = "") {
-    const std::string dir = TempDir();
+Outcome RunVantor(const std::string& args, const std::string& keys = "",
+                  const std::string& shots = "", const std::string& input = "") {
+    const std::string dir = MakeTempDir();
     std::string command = std::string(VANTOR_CLI) + " " + args;
     if (!keys.empty()) {
         command = std::string(VANTOR_SIM) + (shots.empty() ? "" : " --shots " + shots) +
                   " --keys '" + keys + "' -- " + command;
     }
     const ShellRun run = Shell("printf '" + input + "' | " + command + " 2>" + dir + "/err", false);
-    return Outcome{run.status, run.output, Slurp(dir + "/err")};
+    return Outcome{run.status, run.output, ReadFile(dir + "/err")};
 }
 
 }  // namespace
@@ -84,7 +57,7 @@ TEST(VantorCommand, AnswersEachWayOfLeavingWithItsStatusAndOutput) {
         {"key --timeout 0.2", "none", 1, ""},
     };
     for (const auto& c : cases) {
-        const Outcome run = Vantor(c.args, c.keys);
+        const Outcome run = RunVantor(c.args, c.keys);
         EXPECT_EQ(c.status, run.status) << c.args << " / " << c.keys << ": " << run.err;
         EXPECT_EQ(c.out, run.out) << c.args << " / " << c.keys;
     }
@@ -112,63 +85,64 @@ TEST(VantorCommand, RefusesBadArgumentsWithStatusTwoBeforeTouchingTheDevice) {
         {"clear extra", "unexpected argument \"extra\""},
     };
     for (const auto& c : cases) {
-        const Outcome run = Vantor(c.args);
+        const Outcome run = RunVantor(c.args);
         EXPECT_EQ(2, run.status) << c.args;
         EXPECT_NE(std::string::npos, run.err.find(c.message)) << c.args << ": " << run.err;
         EXPECT_EQ("", run.out) << c.args;
     }
-    EXPECT_EQ(0, Vantor("menu --help").status);
+    EXPECT_EQ(0, RunVantor("menu --help").status);
 }
 
 TEST(VantorCommand, NamesAMissingDisplayOrKeypadWithTheirOwnStatus) {
-    const Outcome display = Vantor("menu --device /dev/fb7 A");
+    const Outcome display = RunVantor("menu --device /dev/fb7 A");
     EXPECT_EQ(8, display.status);
     EXPECT_NE(std::string::npos, display.err.find("cannot use the display /dev/fb7"));
     EXPECT_EQ("", display.out);  // the library's own report must not reach the answer
-    const Outcome keypad = Vantor("key --timeout 1");
+    const Outcome keypad = RunVantor("key --timeout 1");
     EXPECT_EQ(7, keypad.status);
     EXPECT_NE(std::string::npos, keypad.err.find("no keypad"));
 }
 
 TEST(VantorCommand, CopiesWithTheBarAndSaysWhatFailed) {
-    const std::string dir = TempDir();
+    const std::string dir = MakeTempDir();
     std::ofstream(dir + "/src") << std::string(300000, 'x');
-    Outcome run = Vantor("copy --share 50 --keep " + dir + "/src " + dir + "/dst", "none", dir);
+    Outcome run = RunVantor("copy --share 50 --keep " + dir + "/src " + dir + "/dst", "none", dir);
     EXPECT_EQ(0, run.status) << run.err;
-    EXPECT_EQ(Slurp(dir + "/src"), Slurp(dir + "/dst"));
+    EXPECT_EQ(ReadFile(dir + "/src"), ReadFile(dir + "/dst"));
     const Picture bar = ReadPng(dir + "/0001.png");
     EXPECT_NEAR(0.5, bar.count(0xFFFFFF, 105, 250, 695, 251) / 590.0, 0.02);
 
-    run = Vantor("copy " + dir + "/missing " + dir + "/dst2", "none");
+    run = RunVantor("copy " + dir + "/missing " + dir + "/dst2", "none");
     EXPECT_EQ(6, run.status);
     EXPECT_NE(std::string::npos, run.err.find(dir + "/missing")) << run.err;
     // Without a display the file is still copied.
-    run = Vantor("copy --device /dev/fb7 " + dir + "/src " + dir + "/dst3");
+    run = RunVantor("copy --device /dev/fb7 " + dir + "/src " + dir + "/dst3");
     EXPECT_EQ(0, run.status) << run.err;
-    EXPECT_EQ(Slurp(dir + "/src"), Slurp(dir + "/dst3"));
+    EXPECT_EQ(ReadFile(dir + "/src"), ReadFile(dir + "/dst3"));
 }
 
 TEST(VantorCommand, DrawsWhatAScriptAskedFor) {
-    const std::string text = TempDir();
-    ASSERT_EQ(0, Vantor("text --fg FFB000 --at 10,10 Recovery", "none", text).status);
+    const std::string text = MakeTempDir();
+    ASSERT_EQ(0, RunVantor("text --fg FFB000 --at 10,10 Recovery", "none", text).status);
     const Picture shown = ReadPng(text + "/0001.png");
     EXPECT_GT(shown.count(0xFFB000, 10, 10, 74, 26), 40);  // the word, still there at exit
     EXPECT_EQ(0, shown.count(0xFFB000, 74, 0, 800, 480));
 
     // The XXX block's percentage moves the bar; --keep leaves the window at the end.
-    const std::string gauge = TempDir();
-    ASSERT_EQ(0, Vantor("gauge --keep", "none", gauge, "10\\nXXX\\n75\\nAlmost\\nXXX\\n").status);
+    const std::string gauge = MakeTempDir();
+    ASSERT_EQ(0,
+              RunVantor("gauge --keep", "none", gauge, "10\\nXXX\\n75\\nAlmost\\nXXX\\n").status);
     EXPECT_NEAR(0.75, ReadPng(gauge + "/0001.png").count(0xFFFFFF, 105, 250, 695, 251) / 590.0,
                 0.02);
-    const std::string gone = TempDir();
-    ASSERT_EQ(0, Vantor("gauge", "none", gone, "50\\n").status);
+    const std::string gone = MakeTempDir();
+    ASSERT_EQ(0, RunVantor("gauge", "none", gone, "50\\n").status);
     EXPECT_EQ(0, ReadPng(gone + "/0001.png").count(0xFFFFFF, 0, 0, 800, 480));
 
     // A long line is wrapped inside the dialog's box, not run past its edge.
-    const std::string dialog = TempDir();
-    ASSERT_EQ(1, Vantor("yesno --geometry 100,100,200,120 'one two three four five six seven "
-                        "eight nine ten'",
-                        "ok", dialog)
+    const std::string dialog = MakeTempDir();
+    ASSERT_EQ(1, RunVantor("yesno --geometry 100,100,200,120 'one two three four five six seven "
+                           "eight nine ten'",
+                           "ok", dialog)
                      .status);
     const Picture box = ReadPng(dialog + "/0001.png");
     EXPECT_GT(box.count(0xFFFFFF, 100, 118, 300, 134), 20);  // the second line
