@@ -6,14 +6,14 @@ namespace VantorTool {
 
 namespace {
 
-const std::vector<OptionSpec> kCommon = {
+const std::vector<OptionRule> kCommon = {
     {"--device", true}, {"--geometry", true}, {"--help", false}, {"-h", false}};
 
 }  // namespace
 
-CommandLine::CommandLine(int argc, char** argv, const std::vector<OptionSpec>& accepted)
-    : name(argv[0]), specs(kCommon) {
-    specs.insert(specs.end(), accepted.begin(), accepted.end());
+CommandLine::CommandLine(int argc, char** argv, const std::vector<OptionRule>& accepted)
+    : name(argv[0]), rules(kCommon) {
+    rules.insert(rules.end(), accepted.begin(), accepted.end());
     bool optionsEnded = false;
     for (int i = 1; i < argc; ++i) {
         std::string arg = argv[i];
@@ -33,9 +33,9 @@ CommandLine::CommandLine(int argc, char** argv, const std::vector<OptionSpec>& a
             inlineValue = arg.substr(equals + 1);
             arg.resize(equals);
         }
-        const OptionSpec* spec = find(arg);
-        if (spec == nullptr) throw UsageError(name + ": unknown option " + arg);
-        if (!spec->takesValue) {
+        const OptionRule* rule = find(arg);
+        if (rule == nullptr) throw UsageError(name + ": unknown option " + arg);
+        if (!rule->takesValue) {
             if (hasInline) throw UsageError(name + ": " + arg + " takes no value");
             values[arg] = "";
         } else if (hasInline) {
@@ -60,9 +60,9 @@ void CommandLine::requireOperands(size_t least, size_t most, const char* what) c
         throw UsageError(name + ": unexpected argument \"" + positional[most] + "\"");
 }
 
-const OptionSpec* CommandLine::find(const std::string& option) const {
-    for (const OptionSpec& spec : specs) {
-        if (option == spec.name) return &spec;
+const OptionRule* CommandLine::find(const std::string& option) const {
+    for (const OptionRule& rule : rules) {
+        if (option == rule.name) return &rule;
     }
     return nullptr;
 }

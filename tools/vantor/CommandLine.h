@@ -14,7 +14,7 @@ struct UsageError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-struct OptionSpec {
+struct OptionRule {
     const char* name;  // with its dashes: "--title"
     bool takesValue;
 };
@@ -22,7 +22,7 @@ struct OptionSpec {
 class CommandLine {
   public:
     // argv[0] is the subcommand's name; the common options are always accepted.
-    CommandLine(int argc, char** argv, const std::vector<OptionSpec>& accepted);
+    CommandLine(int argc, char** argv, const std::vector<OptionRule>& accepted);
 
     bool has(const std::string& name) const { return values.count(name) != 0; }
     std::string value(const std::string& name, const std::string& fallback = "") const;
@@ -33,10 +33,10 @@ class CommandLine {
     void requireOperands(size_t least, size_t most, const char* what) const;
 
   private:
-    const OptionSpec* find(const std::string& option) const;
+    const OptionRule* find(const std::string& option) const;
 
     std::string name;
-    std::vector<OptionSpec> specs;
+    std::vector<OptionRule> rules;
     std::map<std::string, std::string> values;
     std::vector<std::string> positional;
 };
