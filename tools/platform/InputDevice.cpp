@@ -12,6 +12,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "KeyRecords.h"
 #include "RealCalls.h"
 
 namespace VantorPlatform {
@@ -68,11 +69,11 @@ int InputDevice::Queue(int type, int code, int value) {
     return write(writer, &event, sizeof(event)) == ssize_t(sizeof(event)) ? 0 : -1;
 }
 
-// The driver reports the matrix position as the scan code; a virtual keypad has no
-// matrix, so it sends the key code there. Readers of key codes pass over it either way.
+// Written at once, so a reader never finds a key change cut in two.
 int InputDevice::QueueKey(int code, int value) {
-    if (Queue(EV_MSC, MSC_SCAN, code) != 0 || Queue(EV_KEY, code, value) != 0) return -1;
-    return Queue(EV_SYN, SYN_REPORT, 0);
+    if (writer < 0 || code < 0 || code > 0xFFFF) return -1;
+    const KeyRecords key = MakeKeyRecords(code, value);
+    return write(writer, &key, sizeof(key)) == ssize_t(sizeof(key)) ? 0 : -1;
 }
 
 int InputDevice::QueuePress(int code) {

@@ -12,6 +12,7 @@
 #include <cstring>
 #include <string>
 
+#include "KeyRecords.h"
 #include "SessionState.h"
 
 namespace VantorSim {
@@ -66,24 +67,11 @@ bool SessionDirectory::MakeKeypad() {
     return keypadNode >= 0;
 }
 
-// A typed key arrives as the TCA8418 driver reports a press: scan code, key record and
-// sync, written at once so a reader never sees a press cut in two.
+// A typed key arrives as the TCA8418 driver reports a press, written at once so a
+// reader never sees a press cut in two.
 bool SessionDirectory::QueueKey(int code) {
-    timeval now;
-    gettimeofday(&now, nullptr);
-    input_event press[3];
-    std::memset(press, 0, sizeof(press));
-    const __u16 types[3] = {EV_MSC, EV_KEY, EV_SYN};
-    const __u16 codes[3] = {MSC_SCAN, static_cast<__u16>(code), SYN_REPORT};
-    const __s32 values[3] = {code, 1, 0};
-    for (int i = 0; i < 3; ++i) {
-        press[i].input_event_sec = now.tv_sec;
-        press[i].input_event_usec = now.tv_usec;
-        press[i].type = types[i];
-        press[i].code = codes[i];
-        press[i].value = values[i];
-    }
-    return write(keypadNode, press, sizeof(press)) == ssize_t(sizeof(press));
+    const VantorPlatform::KeyRecords press = VantorPlatform::MakeKeyRecords(code, 1);
+    return write(keypadNode, &press, sizeof(press)) == ssize_t(sizeof(press));
 }
 
 void SessionDirectory::Remove() {
