@@ -3,7 +3,7 @@
 //   vantor_compare_screen REFERENCE.png KIND:FILE...
 // KIND is device (FILE.raw, the device's memory, decoded by the layout the driver
 // declared, FILE.layout as vantor_system_screen prints it; channels of fewer than 8 bits
-// widened by repeating their top bits) or ppm (a binary PPM such as fbcat or QEMU write).
+// widened by repeating their top bits) or ppm (a binary PPM such as QEMU's screendump).
 #include <png.h>
 
 #include <cstdint>
