@@ -26,12 +26,11 @@ step() {
     echo $? > "/results/$name.status"
 }
 
-# The fixed screen drawn on device $1 and its memory read back as $2.raw, with the layout
-# the driver declares ($2.layout) to decode it by.
+# The fixed screen drawn on device $1 and read back as $2.ppm by fbcat, which decodes the
+# memory by the layout the driver declares.
 read_screen() {
     step "screen-$2" "$SCREEN" "$1"
-    tail -n 1 "/results/screen-$2.log" > "/results/$2.layout"
-    cat "$1" > "/results/$2.raw"
+    /host/usr/bin/fbcat "$1" > "/results/$2.ppm"
 }
 
 # QEMU's own picture of the bochs display, which the runner takes when asked. No console
