@@ -6,22 +6,9 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <chrono>
 #include <climits>
 #include <cstdlib>
-#include <fstream>
-#include <memory>
-
-const char* TheFramebuffer() {
-    const char* device = std::getenv("VANTOR_SYSTEM_FB");
-    return device != nullptr && *device != 0 ? device : "/dev/fb0";
-}
-
-double SecondsOf(const std::function<void()>& call) {
-    const auto start = std::chrono::steady_clock::now();
-    call();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
+#include <set>
 
 namespace {
 
@@ -42,6 +29,58 @@ struct Devices {
     UinputDevice keypad{"tca8418-keypad"};
 };
 
+std::string Link(const std::string& path) {
+    char target[PATH_MAX] = {};
+    return readlink(path.c_str(), target, PATH_MAX - 1) > 0 ? target : "";
+}
+
+// True when process pid runs the program at path (the guest may see it under /host) and
+// has node open: only then do key events reach it.
+bool HasOpen(pid_t pid, const std::string& program, const std::string& node) {
+    const std::string proc = "/proc/" + std::to_string(pid), exe = Link(proc + "/exe");
+    if (exe.size() < program.size() ||
+        exe.compare(exe.size() - program.size(), program.size(), program) != 0)
+        return false;
+    DIR* entries = opendir((proc + "/fd").c_str());
+    bool found = false;
+    while (dirent* entry = entries ? readdir(entries) : nullptr)
+        found |= Link(proc + "/fd/" + entry->d_name) == node;
+    if (entries) closedir(entries);
+    return found;
+}
+
+// A process of program, not seen before, that has node open; 0 after ten seconds.
+pid_t NextKeyedProcess(const std::string& program, const std::string& node, std::set<pid_t>& seen) {
+    for (int tries = 0; tries < 200; ++tries) {
+        DIR* proc = opendir("/proc");
+        pid_t found = 0;
+        while (dirent* entry = proc && found == 0 ? readdir(proc) : nullptr) {
+            const pid_t pid = pid_t(std::atoi(entry->d_name));
+            if (pid > 0 && !seen.count(pid) && HasOpen(pid, program, node)) found = pid;
+        }
+        if (proc) closedir(proc);
+        if (found != 0) return *seen.insert(found).first;
+        usleep(50000);
+    }
+    return 0;
+}
+
+// Forks and runs argv with only its own descriptors: an inherited keypad node would look
+// as if it had opened the keypad.
+pid_t Start(const std::string& log, const std::vector<std::string>& argv) {
+    const pid_t child = fork();
+    if (child != 0) return child;
+    for (int fd = 3; fd < 1024; ++fd) close(fd);
+    const int out = open(("/results/" + log).c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+    dup2(out, 1);
+    dup2(out, 2);
+    std::vector<char*> args;
+    for (const std::string& arg : argv) args.push_back(const_cast<char*>(arg.c_str()));
+    args.push_back(nullptr);
+    execv(args[0], args.data());
+    _exit(127);
+}
+
 }  // namespace
 
 UinputDevice& TheKeypad() {
@@ -49,8 +88,30 @@ UinputDevice& TheKeypad() {
     return devices.keypad;
 }
 
-void PressAll(std::initializer_list<int> codes) {
-    for (int code : codes) TheKeypad().Press(code);
+int RunWithKeys(const std::string& log, const std::vector<std::string>& argv,
+                const std::string& program, const std::vector<std::vector<int>>& steps) {
+    const std::string node = TheKeypad().EventNode();
+    const pid_t pid = Start(log, argv);
+    std::set<pid_t> seen;
+    bool keyed = !node.empty();
+    for (size_t step = 0; keyed && step < steps.size(); ++step) {
+        keyed = NextKeyedProcess(program, node, seen) != 0;
+        // Spaced like a person's presses: at six records a key, a burst overflows the
+        // few dozen records evdev keeps for a reader, and the kernel drops the oldest.
+        for (int code : steps[step]) {
+            if (keyed) TheKeypad().Press(code);
+            usleep(100000);
+        }
+    }
+    int status = -1;
+    for (int tries = 0; keyed && tries < 1200; ++tries) {
+        if (waitpid(pid, &status, WNOHANG) == pid)
+            return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+        usleep(50000);
+    }
+    kill(pid, SIGKILL);
+    waitpid(pid, &status, 0);
+    return -1;
 }
 
 std::vector<uint32_t> ReadScreen(const char* device, size_t words) {
@@ -60,59 +121,4 @@ std::vector<uint32_t> ReadScreen(const char* device, size_t words) {
     if (fd >= 0) close(fd);
     if (got != ssize_t(words * 4)) screen.clear();
     return screen;
-}
-
-namespace {
-
-bool RunsProgram(pid_t pid, const std::string& program) {
-    char target[PATH_MAX] = {};
-    if (readlink(("/proc/" + std::to_string(pid) + "/exe").c_str(), target, PATH_MAX - 1) < 0)
-        return false;
-    const std::string exe = target;
-    return exe.size() >= program.size() &&
-           exe.compare(exe.size() - program.size(), program.size(), program) == 0;
-}
-
-}  // namespace
-
-bool HasOpen(pid_t pid, const std::string& program, const std::string& node) {
-    if (!RunsProgram(pid, program)) return false;
-    const std::string dir = "/proc/" + std::to_string(pid) + "/fd";
-    DIR* entries = opendir(dir.c_str());
-    bool found = false;
-    while (dirent* entry = entries ? readdir(entries) : nullptr) {
-        char target[PATH_MAX] = {};
-        if (readlink((dir + "/" + entry->d_name).c_str(), target, PATH_MAX - 1) > 0)
-            found |= node == target;
-    }
-    if (entries) closedir(entries);
-    return found;
-}
-
-pid_t StartProgram(const std::string& log, const std::vector<std::string>& argv) {
-    const pid_t child = fork();
-    if (child != 0) return child;
-    for (int fd = 3; fd < 1024; ++fd) close(fd);
-    const int out = open(("/results/" + log).c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
-    if (out >= 0) {
-        dup2(out, 1);
-        dup2(out, 2);
-    }
-    std::vector<char*> args;
-    for (const std::string& arg : argv) args.push_back(const_cast<char*>(arg.c_str()));
-    args.push_back(nullptr);
-    execv(args[0], args.data());
-    _exit(127);
-}
-
-bool Finished(pid_t pid, int& status, const std::string& stuck) {
-    for (int tries = 0; tries < 1200; ++tries) {
-        if (waitpid(pid, &status, WNOHANG) == pid) return true;
-        usleep(50000);
-    }
-    kill(pid, SIGKILL);
-    waitpid(pid, &status, 0);
-    std::ifstream screen("/dev/fb0", std::ios::binary);
-    std::ofstream("/results/" + stuck, std::ios::binary) << screen.rdbuf();
-    return false;
 }

@@ -65,10 +65,6 @@ void UinputDevice::Key(int code, int value) {
 
 void UinputDevice::Press(int code) {
     Key(code, 1);
-    Release(code);
-}
-
-void UinputDevice::Release(int code) {
     Key(code, 0);
 }
 

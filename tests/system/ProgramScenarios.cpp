@@ -1,0 +1,40 @@
+// Programs as a device runs them: their own processes, the real framebuffer, and keys
+// pressed through the real input device once the program has opened it.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+#include "SystemSupport.h"
+
+namespace {
+
+std::string Slurp(const std::string& path) {
+    std::ostringstream bytes;
+    bytes << std::ifstream(path, std::ios::binary).rdbuf();
+    return bytes.str();
+}
+
+}  // namespace
+
+// Install (confirm with Yes), acknowledge, device information, reboot (Yes).
+TEST(RealDevices, DemoRunsToItsEndWithKeysFromTheDevice) {
+    EXPECT_EQ(0, RunWithKeys("demo.log", {VANTOR_DEMO, "/dev/fb0", "800x480"}, VANTOR_DEMO,
+                             {{50, 6, 50, 50, 7, 50, 50, 7, 7, 50, 6, 50}}))
+        << "see demo.log";
+}
+
+// examples/installer.sh, one vantor process per step: the menu (down to slot b, choose),
+// the question (up to Yes, choose), the last word.
+TEST(RealDevices, InstallerScriptRunsWithKeysFromTheDevice) {
+    std::ofstream("/tmp/firmware.img", std::ios::binary) << std::string(3 << 20, '\x5a');
+    const std::string cli = VANTOR_CLI;
+    setenv("PATH", (cli.substr(0, cli.rfind('/')) + ":/bin:/usr/bin").c_str(), 1);
+    EXPECT_EQ(0, RunWithKeys("installer.log",
+                             {"/bin/sh", VANTOR_INSTALLER, "/tmp/firmware.img", "/tmp/slot-"}, cli,
+                             {{7, 50}, {6, 50}, {50}}))
+        << "see installer.log";
+    EXPECT_EQ(Slurp("/tmp/firmware.img"), Slurp("/tmp/slot-b"));
+}
