@@ -2,6 +2,8 @@
 // under the codes the code page gives their characters.
 #include <unistd.h>
 
+#include <numeric>
+
 #include "FontFixtures.h"
 #include "vantor/BitmapFont.h"
 
@@ -10,56 +12,39 @@ namespace {
 
 const auto npos = std::string::npos;
 
-TEST_F(Mkfont, BdfConvertsBitForBit) {
+TEST_F(Mkfont, EveryInputKindConvertsBitForBit) {
     Write("small.bdf", Bdf({65, 66, 0xE9, 0x20AC}));
-    ToolRun run = Tool(Path("small.bdf") + " -o " + Path("small.tf"));
-    ASSERT_EQ(0, run.status) << run.output;
-    EXPECT_NE(npos, run.output.find("3 glyphs of 5x7 pixels, 252 of 255 codes left out"));
-    ExpectPattern(Path("small.tf"), {65, 66, 0xE9}, {65, 66, 0xE9});
-    run = Tool(Path("small.bdf") + " --codepage latin9 -o " + Path("latin9.tf"));
-    ASSERT_EQ(0, run.status) << run.output;
-    ExpectPattern(Path("latin9.tf"), {65, 66, 0xA4, 0xE9}, {65, 66, 0x20AC, 0xE9});
-
-    // A wider cell centres the glyph's advance: one empty column each side.
-    run = Tool(Path("small.bdf") + " --size 7x7 --codes 65 -o " + Path("wide.tf"));
-    ASSERT_EQ(0, run.status) << run.output;
-    ExpectPattern(Path("wide.tf"), {65}, {65}, 1);
-}
-
-TEST_F(Mkfont, Psf2GoesThroughItsUnicodeTableAndTheCodePage) {
-    const std::string psf = Psf2({65, 0x20AC, 0xE9, 0x2591});
-    Write("small.psfu", psf);
-    WriteGzip("small.psfu.gz", psf);
-    struct Case {
+    Write("small.psfu", Psf2({65, 0x20AC, 0xE9, 0x2591}));
+    Write("plain.psf", Psf2({7, 8, 9}, false));
+    Write("old.psf", Psf1());
+    ASSERT_EQ(0, Shell("gzip -k " + Path("small.psfu") + " " + Path("old.psf")).status);
+    std::vector<int> all(255);
+    std::iota(all.begin(), all.end(), 1);
+    const struct {
         std::string arguments;
         std::vector<int> codes, characters;
-    };
-    const Case cases[] = {
+        int columnOffset;
+        const char* says;
+    } cases[] = {
+        {"small.bdf", {65, 66, 0xE9}, {65, 66, 0xE9}, 0, "3 glyphs of 5x7 pixels, 252 of 255"},
+        {"small.bdf --codepage latin9", {65, 66, 0xA4, 0xE9}, {65, 66, 0x20AC, 0xE9}, 0, ""},
+        // A wider cell centres the glyph's advance: one empty column each side.
+        {"small.bdf --size 7x7 --codes 65", {65}, {65}, 1, ""},
         // Latin-1 has the currency sign at 0xA4, which the font lacks.
-        {"small.psfu.gz --codes 65,164,233", {65, 0xE9}, {65, 0xE9}},
-        {"small.psfu --codepage ISO-8859-15 --codes 65,164", {65, 0xA4}, {65, 0x20AC}},
-        {"small.psfu.gz --codepage cp437", {65, 0x82, 0xB0}, {65, 0xE9, 0x2591}},
+        {"small.psfu.gz --codes 65,164,233", {65, 0xE9}, {65, 0xE9}, 0, ""},
+        {"small.psfu --codepage ISO-8859-15 --codes 65,164", {65, 0xA4}, {65, 0x20AC}, 0, ""},
+        {"small.psfu.gz --codepage cp437", {65, 0x82, 0xB0}, {65, 0xE9, 0x2591}, 0, ""},
+        // Console fonts without a table go by glyph position; glyph 0 gets no code.
+        {"plain.psf --codepage CP437", {1, 2}, {8, 9}, 0, "codes are glyph positions"},
+        {"old.psf.gz --codes 1-255", all, all, 0, ""},
     };
-    for (const Case& c : cases) {
-        const ToolRun run = Tool(Path(c.arguments) + " -o " + Path("out.tf"));
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.arguments);
+        const ShellRun run = Tool(Path(c.arguments) + " -o " + Path("out.tf"));
         ASSERT_EQ(0, run.status) << run.output;
-        ExpectPattern(Path("out.tf"), c.codes, c.characters);
+        EXPECT_NE(npos, run.output.find(c.says)) << run.output;
+        ExpectPattern(Path("out.tf"), c.codes, c.characters, c.columnOffset);
     }
-}
-
-TEST_F(Mkfont, ConsoleFontsWithoutATableGoByGlyphPosition) {
-    Write("plain.psf", Psf2({7, 8, 9}, false));
-    ToolRun run = Tool(Path("plain.psf") + " --codepage CP437 -o " + Path("psf2.tf"));
-    ASSERT_EQ(0, run.status) << run.output;
-    EXPECT_NE(npos, run.output.find("codes are glyph positions")) << run.output;
-    ExpectPattern(Path("psf2.tf"), {1, 2}, {8, 9});  // glyph 0 has no code
-
-    WriteGzip("old.psf.gz", Psf1());
-    run = Tool(Path("old.psf.gz") + " --codes 1-255 -o " + Path("psf1.tf"));
-    ASSERT_EQ(0, run.status) << run.output;
-    std::vector<int> all;
-    for (int code = 1; code < 256; ++code) all.push_back(code);
-    ExpectPattern(Path("psf1.tf"), all, all);
 }
 
 // Outline fonts from Debian's fonts-dejavu-core: a monospaced one fits an 8x16 cell whole;
@@ -69,7 +54,7 @@ TEST_F(Mkfont, OutlinesFitTheCellOrAreRefused) {
     if (access((dejavu + "DejaVuSansMono.ttf").c_str(), R_OK) != 0) {
         GTEST_SKIP() << "fonts-dejavu-core is not installed";
     }
-    const ToolRun mono = Tool(dejavu + "DejaVuSansMono.ttf --size 8x16 -o " + Path("mono.tf"));
+    const ShellRun mono = Tool(dejavu + "DejaVuSansMono.ttf --size 8x16 -o " + Path("mono.tf"));
     ASSERT_EQ(0, mono.status) << mono.output;
     EXPECT_EQ(npos, mono.output.find("cut off")) << mono.output;
     Vantor::CBitmapFont font(Path("mono.tf").c_str());
