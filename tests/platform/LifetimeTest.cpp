@@ -1,9 +1,9 @@
 // The private directory lives as long as the process that made it, not as long as
 // whichever process happens to exit first.
-#include <dirent.h>
 #include <unistd.h>
 
 #include <cstdlib>
+#include <filesystem>
 #include <string>
 
 #include "PlatformTest.h"
@@ -13,12 +13,8 @@ namespace {
 const char* const kFont = "/usr/share/fonts/vantor/lr.tf";
 
 int EntriesIn(const std::string& dir) {
-    DIR* listing = opendir(dir.c_str());
-    if (listing == nullptr) return -1;
-    int entries = 0;
-    while (dirent* entry = readdir(listing)) entries += entry->d_name[0] != '.';
-    closedir(listing);
-    return entries;
+    const std::filesystem::directory_iterator entries(dir);
+    return int(std::distance(entries, std::filesystem::directory_iterator()));
 }
 
 }  // namespace
