@@ -60,26 +60,6 @@ TEST(LiveView, ShrinksTheScreenToTheTerminalInItsOwnColours) {
     EXPECT_NE(std::string::npos, view.rfind("\033[38;2;0;0;255m\033[48;2;0;0;255m\u2580"));
 }
 
-TEST(Simulator, RefusesWhatItCannotRun) {
-    const std::string fontless = VantorTest::MakeTempDir();
-    const struct {
-        std::string arguments;
-        int status;
-        const char* says;
-    } cases[] = {
-        {"--keys ok -- /nonexistent/program", 127, "cannot run /nonexistent/program"},
-        {"--screen 800 -- /bin/true", 2, "bad --screen"},
-        {"-- /bin/true", 2, "no keys"},  // and no terminal
-        {"--keys ok --fonts /nonexistent -- /bin/true", 2, "no such directory"},
-        {"--keys ok --fonts " + fontless + " -- /bin/true", 2, "lr.tf and lb.tf"},
-    };
-    for (const auto& c : cases) {
-        const ShellRun run = Simulate(c.arguments);
-        EXPECT_EQ(c.status, run.status) << c.arguments;
-        EXPECT_NE(std::string::npos, run.output.find(c.says)) << run.output;
-    }
-}
-
 // The commands of a shell script share the screen, the key script and the numbering;
 // each screen pixel is a square of --scale pixels in the pictures.
 TEST(Simulator, IsOneSessionForAllTheProcessesOfAScript) {
@@ -130,20 +110,26 @@ TEST(Simulator, TakesKeysTypedOnATerminalAndDrawsTheScreenThere) {
     EXPECT_EQ(std::string::npos, run.output.find("on\n")) << "the script went on";
 }
 
-// Whatever ends the run, no session directory is left behind.
-TEST(Simulator, LeavesNothingBehindOnAnyWayOut) {
-    const std::string sim = VANTOR_SIM, host = SESSION_HOST;
+// Every way a run ends has its status and message, and leaves no session directory.
+TEST(Simulator, EachWayOutHasItsStatusAndLeavesNothingBehind) {
+    const std::string sim = VANTOR_SIM, host = SESSION_HOST, fontless = VantorTest::MakeTempDir();
     const std::string waits = sim + " --keys pause:30 -- sh -c '" + host + " key' & sleep 1; kill ";
     const struct {
         std::string command;
         int status;
+        const char* says;
     } cases[] = {
-        {sim + " --keys ok -- " + host + " key", 0},
-        {sim + " --keys ok -- sh -c '" + host + " key; " + host + " key; echo on'", 3},
-        {waits + "-INT $!; wait $!", 130},
-        {waits + "-TERM $!; wait $!", 143},
-        {sim + " --keys ok -- sh -c 'kill -SEGV $$'", 139},
-        {sim + " --keys ok -- sh -c 'kill -ABRT $$'", 134},
+        {sim + " --keys ok -- " + host + " key", 0, ""},
+        {sim + " --keys ok -- sh -c '" + host + " key; " + host + " key; echo on'", 3, "used up"},
+        {waits + "-INT $!; wait $!", 130, ""},
+        {waits + "-TERM $!; wait $!", 143, ""},
+        {sim + " --keys ok -- sh -c 'kill -SEGV $$'", 139, ""},
+        {sim + " --keys ok -- sh -c 'kill -ABRT $$'", 134, ""},
+        {sim + " --keys ok -- /nonexistent/program", 127, "cannot run /nonexistent/program"},
+        {sim + " --screen 800 -- /bin/true", 2, "bad --screen"},
+        {sim + " -- /bin/true", 2, "no keys"},  // and no terminal
+        {sim + " --keys ok --fonts " + fontless + "/none -- /bin/true", 2, "no such directory"},
+        {sim + " --keys ok --fonts " + fontless + " -- /bin/true", 2, "lr.tf and lb.tf"},
     };
     for (const auto& c : cases) {
         const std::string tmp = VantorTest::MakeTempDir();
@@ -151,6 +137,7 @@ TEST(Simulator, LeavesNothingBehindOnAnyWayOut) {
         const ShellRun run =
             Shell("export TMPDIR=" + tmp + " ASAN_OPTIONS=handle_segv=0; " + c.command);
         EXPECT_EQ(c.status, run.status) << c.command << "\n" << run.output;
+        EXPECT_NE(std::string::npos, run.output.find(c.says)) << run.output;
         EXPECT_EQ(std::string::npos, run.output.find("on\n")) << "the script went on";
         EXPECT_EQ(0, Shell("rmdir " + tmp).status) << c.command << " left files in " << tmp;
     }
