@@ -1,7 +1,5 @@
 // The default fonts the library ships with, and the two ways a user looks into a font
 // file: both must show the glyph the library reads.
-#include <png.h>
-
 #include "FontFixtures.h"
 #include "vantor/BitmapFont.h"
 
@@ -41,8 +39,10 @@ TEST_F(Mkfont, ShowAndSheetDrawTheGlyphsTheLibraryReads) {
     const int w = font.header.glyphWidth, h = font.header.glyphHeight;
     const unsigned char* a = font.getGlyphFromCode('A');
     std::string art;
-    for (int i = 0; i < w * h; ++i)
-        art += std::string(a[i] ? "#" : ".") + (i % w < w - 1 ? "" : "\n");
+    for (int i = 0; i < w * h; ++i) {
+        art += a[i] ? '#' : '.';
+        if (i % w == w - 1) art += '\n';
+    }
     const ShellRun show = Tool("--show " + kRegular + " 65,128");
     ASSERT_EQ(0, show.status) << show.output;
     EXPECT_NE(std::string::npos, show.output.find("code 65 (0x41) 'A'\n" + art)) << show.output;
@@ -50,18 +50,13 @@ TEST_F(Mkfont, ShowAndSheetDrawTheGlyphsTheLibraryReads) {
 
     // A sheet is 16 by 16 cells with a grid line between cells and around them.
     ASSERT_EQ(0, Tool("--sheet " + kRegular + " " + Path("sheet.png") + " --scale 1").status);
-    png_image image = {};
-    image.version = PNG_IMAGE_VERSION;
-    ASSERT_TRUE(png_image_begin_read_from_file(&image, Path("sheet.png").c_str()));
-    image.format = PNG_FORMAT_GRAY;
-    std::vector<uint8_t> pixels(PNG_IMAGE_SIZE(image));
-    ASSERT_TRUE(png_image_finish_read(&image, nullptr, pixels.data(), 0, nullptr));
-    EXPECT_EQ(16u * (w + 1) + 1, image.width);
-    EXPECT_EQ(16u * (h + 1) + 1, image.height);
+    const Picture sheet = ReadPng(Path("sheet.png"));
+    EXPECT_EQ(16u * (w + 1) + 1, sheet.width);
+    EXPECT_EQ(16u * (h + 1) + 1, sheet.height);
     const int x0 = 1 + 1 * (w + 1), y0 = 1 + 4 * (h + 1);  // 'A' is 0x41: row 4, column 1
     for (int r = 0; r < h; ++r) {
         for (int c = 0; c < w; ++c) {
-            ASSERT_EQ(a[r * w + c] ? 0 : 255, pixels[(y0 + r) * image.width + x0 + c]);
+            ASSERT_EQ(a[r * w + c] ? 0u : 0xFFFFFFu, sheet.at(x0 + c, y0 + r));
         }
     }
 }
