@@ -35,22 +35,6 @@ TEST(KeyScript, NamesCodesSkipsPausesAndComments) {
     }
 }
 
-TEST(Simulator, RunsTheDemoToItsEndWithAPictureAtEveryWait) {
-    const std::string shots = VantorTest::MakeTempDir();
-    const ShellRun run = Simulate("--screen 800x480 --shots " + shots + " --keys '" + kDemoKeys +
-                                  "' -- " + VANTOR_DEMO + " /dev/fb0 800x480");
-    ASSERT_EQ(0, run.status) << run.output;
-    EXPECT_NE(std::string::npos, run.output.find("14 screenshots in " + shots));
-
-    const Picture menu = ReadPng(shots + "/0001.png");
-    ASSERT_EQ(800u, menu.width);
-    EXPECT_EQ(0xFFFFFFu, menu.at(45, 115));  // "Install update" highlighted (cells start 5 in)
-    EXPECT_EQ(0u, menu.at(45, 139));         // "Show device info" is not
-
-    const Picture end = ReadPng(shots + "/0014.png");
-    for (unsigned x = 0; x < 800; x += 7) ASSERT_EQ(0u, end.at(x, 15));  // cleared at exit
-}
-
 TEST(LiveView, ShrinksTheScreenToTheTerminalInItsOwnColours) {
     std::vector<uint32_t> screen(800 * 480, 0xFF0000);  // red above, blue below
     std::fill(screen.begin() + 800 * 240, screen.end(), 0x0000FF);
@@ -143,8 +127,9 @@ TEST(Simulator, EachWayOutHasItsStatusAndLeavesNothingBehind) {
     }
 }
 
-// An installed copy moved elsewhere finds its own parts and fonts, none of the build's.
-TEST(Simulator, RunsFromAnInstalledTreeMovedAnywhere) {
+// An installed copy moved elsewhere finds its own parts and fonts, none of the build's,
+// and runs the demo to its end with a picture at every wait.
+TEST(Simulator, RunsTheDemoFromAnInstalledTreeMovedAnywhere) {
     const std::string stage = VantorTest::MakeTempDir(), shots = VantorTest::MakeTempDir();
     ASSERT_EQ(0,
               Shell("DESTDIR=" + stage +
@@ -158,6 +143,12 @@ TEST(Simulator, RunsFromAnInstalledTreeMovedAnywhere) {
     const ShellRun demo =
         Shell("LD_LIBRARY_PATH=$(dirname $(find " + stage + " -name libvantor.so)) " + sim +
               " --shots " + shots + " --keys '" + kDemoKeys + "' -- " VANTOR_DEMO);
-    EXPECT_EQ(0, demo.status) << demo.output;
-    EXPECT_NE(std::string::npos, demo.output.find("14 screenshots")) << demo.output;
+    ASSERT_EQ(0, demo.status) << demo.output;
+    EXPECT_NE(std::string::npos, demo.output.find("14 screenshots in " + shots)) << demo.output;
+    const Picture menu = ReadPng(shots + "/0001.png");
+    ASSERT_EQ(800u, menu.width);
+    EXPECT_EQ(0xFFFFFFu, menu.at(45, 115));  // "Install update" highlighted (cells start 5 in)
+    EXPECT_EQ(0u, menu.at(45, 139));         // "Show device info" is not
+    const Picture end = ReadPng(shots + "/0014.png");
+    for (unsigned x = 0; x < 800; x += 7) ASSERT_EQ(0u, end.at(x, 15));  // cleared at exit
 }
