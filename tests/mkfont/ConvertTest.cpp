@@ -1,6 +1,5 @@
 // Fonts of every kind the converter reads, written by the tests, come out bit for bit,
-// under the codes the code page gives their characters; what it cannot convert
-// faithfully it refuses.
+// under the codes the code page gives their characters.
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -124,7 +123,7 @@ TEST_F(Mkfont, BadInputIsRefusedAndLeavesTheFilesAsTheyWere) {
     for (const auto& [arguments, message] : cases) {
         const ShellRun run = Tool(arguments);
         EXPECT_EQ(1, run.status) << arguments;
-        EXPECT_NE(std::string::npos, run.output.find(message)) << arguments << "\n" << run.output;
+        EXPECT_NE(npos, run.output.find(message)) << arguments << "\n" << run.output;
         EXPECT_EQ(0u, run.output.find("vantor-mkfont: ")) << run.output;
     }
     EXPECT_EQ("the old font", VantorTest::ReadFile(Path("out.tf")));
