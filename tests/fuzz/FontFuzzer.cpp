@@ -9,22 +9,15 @@
 
 #include "vantor/BitmapFont.h"
 
-namespace {
-
-const std::string& FontPath() {
-    static const std::string path = "/tmp/vantor-fuzz-font-" + std::to_string(getpid()) + ".tf";
-    return path;
-}
-
-}  // namespace
+static const std::string kPath = "/tmp/vantor-fuzz-font-" + std::to_string(getpid()) + ".tf";
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    FILE* file = std::fopen(FontPath().c_str(), "wb");
+    FILE* file = std::fopen(kPath.c_str(), "wb");
     if (file == nullptr) return 0;
     if (size > 0) std::fwrite(data, 1, size, file);
     std::fclose(file);
     try {
-        Vantor::CBitmapFont font(FontPath().c_str());
+        Vantor::CBitmapFont font(kPath.c_str());
         // Every glyph the text drawing could ask for must lie inside the table.
         volatile unsigned sum = 0;
         const size_t cell = size_t(font.header.glyphWidth) * font.header.glyphHeight;
@@ -35,6 +28,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         }
     } catch (const std::runtime_error&) {
     }
-    unlink(FontPath().c_str());
+    unlink(kPath.c_str());
     return 0;
 }

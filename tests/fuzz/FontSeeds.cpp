@@ -18,15 +18,12 @@ void Save(const std::string& path, const Bytes& bytes) {
     std::ofstream(path, std::ios::binary).write(bytes.data(), std::streamsize(bytes.size()));
 }
 
-int32_t Field(const Bytes& font, size_t offset) {
-    int32_t value;
-    std::memcpy(&value, font.data() + offset, 4);
-    return value;
-}
-
 // The header says four glyphs; the codes and bitmaps of the first four follow.
 Bytes Cut(const Bytes& font) {
-    const int32_t count = Field(font, 12), cell = Field(font, 16) * Field(font, 20);
+    if (font.size() < 24) return {};
+    int32_t header[3];  // count, height, width
+    std::memcpy(header, font.data() + 12, sizeof(header));
+    const int32_t count = header[0], cell = header[1] * header[2];
     if (count < 4 || cell < 1 || font.size() < 24 + size_t(count) * (4 + size_t(cell))) return {};
     Bytes cut(font.begin(), font.begin() + 24 + 16);
     const int32_t four = 4;

@@ -1,18 +1,85 @@
 // Sequences of the C interface's non-waiting calls on the virtual display, with odd
 // sizes, coordinates, texts, alignments, fonts and percentages. Each input starts from
 // a fresh library state on a screen the input picks.
+#include <climits>
+#include <cmath>
 #include <cstdint>
+#include <cstring>
+#include <limits>
 #include <numeric>
 #include <string>
 #include <vector>
 
-#include "FuzzInput.h"
 #include "TestSupport.h"
 #include "vantor.h"
 #include "vantor/Context.h"
 #include "vantor_platform.h"
 
 namespace {
+
+// Turns the fuzzer's bytes into call arguments, favouring the values that break code:
+// the ends of the int range, zero, one, and for floats NaN, infinities and huge values.
+// Saved inputs depend on how many bytes each value takes.
+class FuzzInput {
+  public:
+    FuzzInput(const uint8_t* data, size_t size) : data(data), size(size) {}
+    bool Empty() const { return size == 0; }
+
+    uint8_t Byte() {
+        if (size == 0) return 0;
+        --size;
+        return *data++;
+    }
+
+    uint32_t Word() {
+        uint32_t value = 0;
+        for (int i = 0; i < 4; ++i) value = value << 8 | Byte();
+        return value;
+    }
+
+    // Mostly a small coordinate or an edge value, now and then any int.
+    int Int() {
+        static const int kEdges[] = {INT_MIN, INT_MIN + 1, -65536, -1,          0,      1,   2,
+                                     7,       8,           16,     100,         319,    320, 479,
+                                     480,     4096,        65536,  INT_MAX - 1, INT_MAX};
+        const uint8_t choice = Byte();
+        if (choice < 128) return int(choice) - 32;
+        if (choice < 240) return kEdges[choice % std::size(kEdges)];
+        return static_cast<int>(Word());
+    }
+
+    // Mostly a percentage, or NaN, infinities, huge or negative values, or any bits.
+    float Float() {
+        const float nan = std::numeric_limits<float>::quiet_NaN();
+        const float inf = std::numeric_limits<float>::infinity();
+        const float kEdges[] = {nan,   inf,  -inf,   1e30f,  -1e30f,
+                                -1.0f, 0.0f, 100.0f, 100.5f, 2147483648.0f};
+        const uint8_t choice = Byte();
+        if (choice < 160) return float(choice) - 30.0f;
+        if (choice < 250) return kEdges[choice % std::size(kEdges)];
+        const uint32_t bits = Word();
+        float value;
+        std::memcpy(&value, &bits, sizeof(value));
+        return value;
+    }
+
+    // Mostly short texts of the input's own bytes; sometimes a very long run of one byte,
+    // as a host that passes a whole file as one line would.
+    std::string Text(size_t longest) {
+        const uint8_t length = Byte();
+        if (length == 255) return std::string(longest, char(Byte() | 1));
+        std::string text;
+        for (uint8_t i = 0; i < length % 48 && size > 0; ++i) {
+            const char c = char(Byte());
+            if (c != '\0') text.push_back(c);
+        }
+        return text;
+    }
+
+  private:
+    const uint8_t* data;
+    size_t size;
+};
 
 void StartScreen(FuzzInput& in) {
     static const int kSizes[][2] = {{320, 240}, {1, 1}, {800, 480}, {17, 3}, {240, 320}};

@@ -11,21 +11,19 @@
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
 
 int main(int argc, char** argv) {
-    std::vector<std::filesystem::path> inputs;
+    size_t replayed = 0;
     for (int i = 1; i < argc; ++i) {
+        std::vector<std::filesystem::path> inputs = {argv[i]};
         if (std::filesystem::is_directory(argv[i])) {
-            for (const auto& entry : std::filesystem::directory_iterator(argv[i])) {
-                inputs.push_back(entry.path());
-            }
-        } else {
-            inputs.emplace_back(argv[i]);
+            inputs.assign(std::filesystem::directory_iterator(argv[i]), {});
+        }
+        for (const auto& path : inputs) {
+            std::ifstream file(path, std::ios::binary);
+            const std::vector<char> bytes{std::istreambuf_iterator<char>(file), {}};
+            LLVMFuzzerTestOneInput(reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size());
+            ++replayed;
         }
     }
-    for (const auto& path : inputs) {
-        std::ifstream file(path, std::ios::binary);
-        const std::vector<char> bytes{std::istreambuf_iterator<char>(file), {}};
-        LLVMFuzzerTestOneInput(reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size());
-    }
-    std::printf("%zu inputs replayed\n", inputs.size());
-    return inputs.empty() ? 1 : 0;
+    std::printf("%zu inputs replayed\n", replayed);
+    return replayed == 0 ? 1 : 0;
 }

@@ -1,9 +1,5 @@
 #include "FontFixtures.h"
 
-#include <dirent.h>
-#include <sys/wait.h>
-#include <zlib.h>
-
 #include <cstdio>
 #include <fstream>
 
@@ -12,6 +8,10 @@
 namespace MkfontTest {
 
 namespace {
+
+bool Bit(int character, int row, int column) {
+    return ((character * 7 + 3) >> ((row + column) % 9)) & 1;
+}
 
 uint8_t PatternRow(int character, int row) {
     uint8_t bits = 0;
@@ -23,20 +23,13 @@ void Put32(std::string& out, uint32_t value) {
     for (int shift = 0; shift < 32; shift += 8) out += char(value >> shift);
 }
 
-std::string Utf8(int character) {
-    std::string out;
-    if (character < 0x80) return out += char(character);
-    if (character < 0x800)
-        return out += {char(0xC0 | character >> 6), char(0x80 | (character & 0x3F))};
-    return out += {char(0xE0 | character >> 12), char(0x80 | (character >> 6 & 0x3F)),
-                   char(0x80 | (character & 0x3F))};
+std::string Utf8(int c) {
+    if (c < 0x80) return {char(c)};
+    if (c < 0x800) return {char(0xC0 | c >> 6), char(0x80 | (c & 0x3F))};
+    return {char(0xE0 | c >> 12), char(0x80 | (c >> 6 & 0x3F)), char(0x80 | (c & 0x3F))};
 }
 
 }  // namespace
-
-bool Bit(int character, int row, int column) {
-    return ((character * 7 + 3) >> ((row + column) % 9)) & 1;
-}
 
 std::string Bdf(const std::vector<int>& characters) {
     std::string text =
@@ -67,9 +60,7 @@ std::string Psf2(const std::vector<int>& characters, bool table) {
     for (int character : characters) {
         for (int r = 0; r < 7; ++r) data += char(PatternRow(character, r));
     }
-    for (int character : characters) {
-        if (table) data += Utf8(character) + char(0xFF);
-    }
+    for (int character : characters) data += table ? Utf8(character) + char(0xFF) : "";
     return data;
 }
 
@@ -81,36 +72,8 @@ std::string Psf1() {
     return data;
 }
 
-ToolRun Mkfont::Tool(const std::string& arguments) const {
-    FILE* pipe = popen((std::string(VANTOR_MKFONT) + " " + arguments + " 2>&1").c_str(), "r");
-    ToolRun run{-1, ""};
-    char buffer[512];
-    while (fgets(buffer, sizeof(buffer), pipe)) run.output += buffer;
-    const int status = pclose(pipe);
-    run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;  // a crash is no refusal
-    return run;
-}
-
-std::string Mkfont::Write(const std::string& name, const std::string& bytes) const {
+void Mkfont::Write(const std::string& name, const std::string& bytes) const {
     std::ofstream(Path(name), std::ios::binary) << bytes;
-    return Path(name);
-}
-
-void Mkfont::WriteGzip(const std::string& name, const std::string& bytes) const {
-    gzFile gz = gzopen(Path(name).c_str(), "wb");
-    gzwrite(gz, bytes.data(), unsigned(bytes.size()));
-    gzclose(gz);
-}
-
-std::vector<std::string> Mkfont::Files() const {
-    std::vector<std::string> names;
-    DIR* listing = opendir(dir.c_str());
-    while (const dirent* entry = readdir(listing)) {
-        const std::string name = entry->d_name;
-        if (name != "." && name != "..") names.push_back(name);
-    }
-    closedir(listing);
-    return names;
 }
 
 void Mkfont::ExpectPattern(const std::string& font, const std::vector<int>& codes,

@@ -1,9 +1,9 @@
 // The private directory lives as long as the process that made it, not as long as
 // whichever process happens to exit first.
-#include <dirent.h>
 #include <unistd.h>
 
 #include <cstdlib>
+#include <filesystem>
 #include <string>
 
 #include "PlatformTest.h"
@@ -13,12 +13,8 @@ namespace {
 const char* const kFont = "/usr/share/fonts/vantor/lr.tf";
 
 int EntriesIn(const std::string& dir) {
-    DIR* listing = opendir(dir.c_str());
-    if (listing == nullptr) return -1;
-    int entries = 0;
-    while (dirent* entry = readdir(listing)) entries += entry->d_name[0] != '.';
-    closedir(listing);
-    return entries;
+    const std::filesystem::directory_iterator entries(dir);
+    return int(std::distance(entries, std::filesystem::directory_iterator()));
 }
 
 }  // namespace
@@ -47,11 +43,9 @@ TEST(PlatformLifetime, TheProcessThatMadeTheDirectoryRemovesItAtExit) {
         dir = made;
         setenv("VP_LIFETIME_TMPDIR", made, 1);
     }
-    const char* tmp = std::getenv("TMPDIR");
-    const std::string oldTmp = tmp ? tmp : "";
-    setenv("TMPDIR", dir.c_str(), 1);
     EXPECT_EXIT(
         {
+            setenv("TMPDIR", dir.c_str(), 1);  // where the child makes its directory
             vp_file_add(kFont, "font", 4);
             std::exit(EntriesIn(dir) == 1 ? 0 : 1);
         },
@@ -59,10 +53,5 @@ TEST(PlatformLifetime, TheProcessThatMadeTheDirectoryRemovesItAtExit) {
     EXPECT_EQ(0, EntriesIn(dir));
     rmdir(dir.c_str());
     unsetenv("VP_LIFETIME_TMPDIR");
-    if (oldTmp.empty()) {
-        unsetenv("TMPDIR");
-    } else {
-        setenv("TMPDIR", oldTmp.c_str(), 1);
-    }
     GTEST_FLAG_SET(death_test_style, "fast");
 }
