@@ -113,12 +113,3 @@ int RunWithKeys(const std::string& log, const std::vector<std::string>& argv,
     waitpid(pid, &status, 0);
     return -1;
 }
-
-std::vector<uint32_t> ReadScreen(const char* device, size_t words) {
-    std::vector<uint32_t> screen(words);
-    const int fd = open(device, O_RDONLY);
-    const ssize_t got = fd < 0 ? -1 : read(fd, screen.data(), words * 4);
-    if (fd >= 0) close(fd);
-    if (got != ssize_t(words * 4)) screen.clear();
-    return screen;
-}

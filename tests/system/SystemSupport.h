@@ -6,7 +6,6 @@
 // but before any key device (NoKeypad.*), with a keypad that goes away
 // (RemovedKeypad.*), then everything else, and last on a palette framebuffer.
 
-#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -23,8 +22,5 @@ UinputDevice& TheKeypad();
 // never opened the keypad or the program did not end within a minute (it is killed).
 int RunWithKeys(const std::string& log, const std::vector<std::string>& argv,
                 const std::string& program, const std::vector<std::vector<int>>& steps);
-
-// Words read from the device with read(), as any other program would see the screen.
-std::vector<uint32_t> ReadScreen(const char* device, size_t words);
 
 #endif
