@@ -219,6 +219,8 @@ TEST_F(Interface, DialogButtonsAndHide) {
     EXPECT_EQ(-2, ShowDialog(nullptr, 0, eAlignLeft));
 }
 
+// An update repaints only the bar, whose fill is clamped to 0..100 % and covers its
+// share of the bar to the pixel; hiding gives the screen back.
 TEST_F(Interface, ProgressWindowShowsUpdatesAndHides) {
     FillScreen(0x778899);
     InitFramebuffer("/dev/fb0");
@@ -227,7 +229,7 @@ TEST_F(Interface, ProgressWindowShowsUpdatesAndHides) {
     const std::vector<uint32_t> before = Snapshot();
     EXPECT_EQ(0, ShowProgress("Copying", eAlignLeft, 10));
     const std::vector<uint32_t> shown = Snapshot();
-    EXPECT_EQ(0, UpdateProgress(nullptr, eAlignLeft, 90));
+    EXPECT_EQ(0, UpdateProgress(nullptr, eAlignLeft, 50));
     const std::vector<uint32_t> updated = Snapshot();
     for (int y = 0; y < kHeight; ++y) {
         for (int x = 0; x < kWidth; ++x) {
@@ -237,7 +239,14 @@ TEST_F(Interface, ProgressWindowShowsUpdatesAndHides) {
             }
         }
     }
-    EXPECT_EQ(0xFFFFFFu, Pixel(200, 97));
+    // The bar's outline is white, its fill white up to the last column, the rest black.
+    const std::pair<float, int> fills[] = {
+        {50, 148}, {-3, 55}, {std::nanf(""), 55}, {0.5f, 55}, {150, 243}};
+    for (const auto& [percent, lastWhite] : fills) {
+        EXPECT_EQ(0, UpdateProgress(nullptr, eAlignLeft, percent));
+        EXPECT_EQ(0xFFFFFFu, Pixel(lastWhite, 97)) << percent;
+        EXPECT_EQ(lastWhite == 243 ? 0xFFFFFFu : 0u, Pixel(lastWhite + 1, 97)) << percent;
+    }
     EXPECT_EQ(0, HideProgress());
     EXPECT_TRUE(before == Snapshot());
 }

@@ -88,27 +88,6 @@ TEST_F(Interface, CanvasSizesAndMissingCanvasAreRefused) {
     EXPECT_EQ(5, pContext->pCanvas->frame.topLeft.x);
 }
 
-TEST_F(Interface, TextCallsAddObjectsThatShowAtUpdateAndGoAtClear) {
-    InitFramebuffer("/dev/fb0");
-    InitCanvas(0, 0, kWidth, kHeight);
-    EXPECT_EQ(0, WriteText(10, 20, "A", 0xFFFFFF, 0));
-    EXPECT_EQ(0, WriteInvText(40, 20, "A", 0xFFFFFF, 1));
-    EXPECT_EQ(0, WriteTextWithBackground(70, 20, nullptr, 1, 2, 0));
-    EXPECT_EQ(0, WriteAlignedTextWithBackground(0, 60, "A", 0xFF0000, 0x00FF00, 0,
-                                                eAlignCenter | eAlignFillLine));
-    EXPECT_EQ(-1, WriteText(0, 0, "A", 0xFFFFFF, 2));
-    EXPECT_EQ(4u, pContext->pCanvas->objects.size());
-    Update();
-    EXPECT_TRUE(CellShows('A', 10, 20, 0xFFFFFF, 0));
-    EXPECT_TRUE(CellShows('A', 40, 20, 0, 0xFFFFFF));  // inverse: black ink on white cells
-    EXPECT_EQ(0x00FF00u, Pixel(0, 60));                // the band spans the canvas
-    EXPECT_TRUE(CellShows('A', (kWidth - 8) / 2, 60, 0xFF0000, 0x00FF00));
-
-    EXPECT_EQ(0, Clear());
-    EXPECT_TRUE(pContext->pCanvas->objects.empty());
-    EXPECT_EQ(0u, Pixel(10, 20));
-}
-
 TEST_F(Interface, FontSizesAndColourConversion) {
     InitFramebuffer("/dev/fb0");
     int width = 0, height = 0;
