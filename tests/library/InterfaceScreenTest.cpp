@@ -42,7 +42,7 @@ TEST_F(Interface, FramebufferFailuresPrintTheirLinesAndLeaveNoUsableState) {
 }
 
 TEST_F(Interface, MissingFontIsNamedAndNothingStaysOpen) {
-    RemoveFont("lb.tf");
+    vp_file_remove("/usr/share/fonts/vantor/lb.tf");
     std::string err = CaptureStderrOf([] { EXPECT_EQ(nullptr, InitFramebuffer("/dev/fb0")); });
     EXPECT_EQ(
         "InitFramebuffer: cannot load font /usr/share/fonts/vantor/lb.tf: Cannot open font "
@@ -50,7 +50,7 @@ TEST_F(Interface, MissingFontIsNamedAndNothingStaysOpen) {
         err);
     EXPECT_FALSE(Vantor::IsContextValid(pContext));
     EXPECT_EQ(0, OpenFramebufferDescriptors());
-    EXPECT_EQ(1, FramebufferUnmaps());
+    EXPECT_EQ(1, vp_fb_unmap_count("/dev/fb0"));
 }
 
 TEST_F(Interface, SuccessReturnsTheRecordAndASecondInitReplacesEverything) {
