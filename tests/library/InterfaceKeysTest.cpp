@@ -10,6 +10,7 @@
 #include <chrono>
 #include <cmath>
 #include <limits>
+#include <set>
 #include <thread>
 #include <utility>
 
@@ -196,19 +197,31 @@ TEST_F(Interface, KeypadLostDuringAWaitEndsTheWaitUntilInitKeypadFindsItAgain) {
     alarm(0);
 }
 
-TEST_F(Interface, DialogButtonsAndHide) {
+// The type decides the buttons and so the answer; a dialog without buttons is painted
+// and stays until HideDialog. Nothing is saved under a dialog: it leaves black.
+TEST_F(Interface, DialogTypesAnswerAndHideLeavesBlack) {
     FillScreen(0x445566);
     InitFramebuffer("/dev/fb0");
     AddKeypad();
     InitKeypad();
     EXPECT_EQ(-2, HideDialog());
     InitDialog(20, 20, 200, 100);
-    InitMenu(0, 0);
     InitMenu(0, 0);  // the dialog stays
     const char* lines[] = {"Line one", "Line two", nullptr};
-    Script("50");
-    EXPECT_EQ(2, ShowDialog(lines, eDialogOkCancel, eAlignLeft));
-    EXPECT_EQ(0u, Pixel(20, 20));  // nothing was saved under the dialog: it leaves black
+    const struct {
+        int type;
+        const char* keys;
+        int result;
+    } cases[] = {{eDialogOkCancel, "50", 2},
+                 {eDialogYesNo, "6, 149", 1},
+                 {eDialogYesNo, "149", 2},  // No is chosen first
+                 {eDialogOk, "6, 7, 149", 1},
+                 {7, nullptr, -1}};
+    for (const auto& c : cases) {
+        if (c.keys != nullptr) Script(c.keys);
+        EXPECT_EQ(c.result, ShowDialog(lines, c.type, eAlignLeft)) << c.type << " " << c.keys;
+    }
+    EXPECT_EQ(0u, Pixel(20, 20));
     EXPECT_EQ(0x445566u, Pixel(19, 20));
     EXPECT_EQ(0, ShowDialog(lines, 0, eAlignLeft));
     EXPECT_TRUE(CellShows('L', 22, 22, 0xFFFFFF, 0));  // shown, lines from (2, 2) of the box
@@ -226,7 +239,7 @@ TEST_F(Interface, ProgressWindowShowsUpdatesAndHides) {
     EXPECT_EQ(-2, ShowProgress(nullptr, eAlignLeft, 10));
     ASSERT_EQ(0, InitProgress(50, 50, 200, 60));
     const std::vector<uint32_t> before = Snapshot();
-    EXPECT_EQ(0, ShowProgress("Copying", eAlignLeft, 10));
+    EXPECT_EQ(0, ShowProgress("A long caption", eAlignLeft, 10));
     const std::vector<uint32_t> shown = Snapshot();
     EXPECT_EQ(0, UpdateProgress(nullptr, eAlignLeft, 50));
     const std::vector<uint32_t> updated = Snapshot();
@@ -246,6 +259,17 @@ TEST_F(Interface, ProgressWindowShowsUpdatesAndHides) {
         EXPECT_EQ(0xFFFFFFu, Pixel(lastWhite, 97)) << percent;
         EXPECT_EQ(lastWhite == 243 ? 0xFFFFFFu : 0u, Pixel(lastWhite + 1, 97)) << percent;
     }
+    // A shorter caption leaves nothing of the longer one right of it, above the bar.
+    const auto coloursRightOfShort = [this] {
+        std::set<uint32_t> seen;
+        for (int y = 52; y < 89; ++y) {
+            for (int x = 50 + 5 + 8 * 5; x < 50 + 5 + 8 * 14; ++x) seen.insert(Pixel(x, y));
+        }
+        return seen.size();
+    };
+    EXPECT_LT(1u, coloursRightOfShort());
+    EXPECT_EQ(0, UpdateProgress("Short", eAlignLeft, 0));
+    EXPECT_EQ(1u, coloursRightOfShort());
     EXPECT_EQ(0, HideProgress());
     EXPECT_TRUE(before == Snapshot());
 }

@@ -1,12 +1,10 @@
-// What the C interface cannot steer: menu layouts, selections made in code, dialog types
-// and a progress window's caption change, driven through key scripts.
+// What the C interface cannot steer: where menu entries lie and selections made in
+// code, driven through key scripts.
 #include <gtest/gtest.h>
 
 #include "TestSupport.h"
 #include "vantor/BitmapFont.h"
-#include "vantor/Dialog.h"
 #include "vantor/Menu.h"
-#include "vantor/Progress.h"
 
 using namespace Vantor;
 using namespace VantorTest;
@@ -35,12 +33,12 @@ class Widgets : public ::testing::Test {
 
     int Query(CMenu& m, std::deque<int> keys) {
         keypad.script = std::move(keys);
-        return m.QueryMenu(screen.data(), screen.width, screen.height, 0.2f);
+        return m.QueryMenu(screen.data(), 320, 240, 0.2f);
     }
 
     CBitmapFont font;
     ScriptedKeypad keypad;
-    Screen screen{320, 240, 0x123456};
+    std::vector<uint32_t> screen = std::vector<uint32_t>(320 * 240);
     std::unique_ptr<CMenu> menu;
 };
 
@@ -75,27 +73,4 @@ TEST_F(Widgets, SelectionCarriesOverAndLastSelectedWins) {
     CMenu& m = Menu({false, false});
     Query(m, {114, 26});
     EXPECT_EQ(2, Query(m, {10}));
-}
-
-TEST_F(Widgets, DialogTypesDecideButtonsAndResults) {
-    auto ask = [&](int type, std::deque<int> keys) {
-        CDialog dialog(font, keypad, 10, 10, 200, 80, static_cast<eDialogType>(type));
-        keypad.script = std::move(keys);
-        return dialog.QueryDialog(screen.data(), screen.width, screen.height, 0.0f);
-    };
-    EXPECT_EQ(1, ask(eDialogYesNo, {108, 10}));
-    EXPECT_EQ(2, ask(eDialogYesNo, {10}));
-    EXPECT_EQ(1, ask(eDialogOk, {108, 114, 10}));
-    EXPECT_EQ(-1, ask(7, {}));
-    EXPECT_EQ(0u, screen.at(10, 10));
-    screen.at(10, 10) = 0x123456;
-    EXPECT_EQ(0, ask(0, {}));  // painted, no key read, stays on the screen
-    EXPECT_EQ(0u, screen.at(10, 10));
-}
-
-TEST_F(Widgets, ProgressTextChangeLeavesNoTrace) {
-    CProgress window(font, "A long caption", 0, 0, 200, 60);
-    window.Refresh();
-    window.setText("Short", eAlignLeft);
-    EXPECT_EQ(0u, window.pPixels[10 * 200 + 5 + 8 * 10]);  // where "caption" was
 }
