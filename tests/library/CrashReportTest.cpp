@@ -36,12 +36,13 @@ void HostsOwnSigterm() {
     std::exit(3);
 }
 
-// Another thread takes a stream's lock and keeps it, as a logger blocked on a full
-// pipe would; the report must not wait for it.
-void FaultWhileLocked(FILE* stream) {
+// Another thread takes both streams' locks and keeps them, as a logger blocked on a
+// full pipe would; the report must not wait for them.
+void FaultWhileTheStreamsAreLocked() {
     volatile bool locked = false;
     std::thread holder([&] {
-        flockfile(stream);
+        flockfile(stdout);
+        flockfile(stderr);
         locked = true;
         pause();
     });
@@ -81,9 +82,7 @@ TEST(CrashReportDeathTest, EachSignalIsReportedAndTheProcessEndsItsOwnWay) {
          "Segmentation fault!\nOffending address: 0x1c\n"},
         {SentSegvThenEleven, ::testing::ExitedWithCode(0), "Offending address: 0x[0-9a-f]+\nb\n$"},
         {HostsOwnSigterm, ::testing::ExitedWithCode(3), "\tSignal code:   -6\nSignal: 15\n$"},
-        {[] { FaultWhileLocked(stdout); }, ::testing::ExitedWithCode(0),
-         "Segmentation fault!\nOffending address: 0x[0-9a-f]+\n$"},
-        {[] { FaultWhileLocked(stderr); }, ::testing::ExitedWithCode(0),
+        {FaultWhileTheStreamsAreLocked, ::testing::ExitedWithCode(0),
          "Segmentation fault!\nOffending address: 0x[0-9a-f]+\n$"},
 #ifndef __SANITIZE_ADDRESS__  // AddressSanitizer reports a double free itself
         {FaultInsideMalloc, DiedOfSegvOrAbort, "Signal caught!\n(.|\n)*Abort!\n"},
