@@ -135,23 +135,9 @@ TEST_F(Interface, MenuAnswersTheKeysOfTheKeypad) {
     }
 }
 
-TEST_F(Interface, SecondShowMenuAppendsAndNumbersFromOneAgain) {
-    InitFramebuffer("/dev/fb0");
-    AddKeypad();
-    InitKeypad();
-    InitMenu(0, 0);
-    Script("150");
-    ShowMenu(kEntries, eMenuVertical, eAlignLeft);
-    Script("6, 149");  // from "A" back to the last entry, the second call's "C"
-    EXPECT_EQ(3, ShowMenu(kEntries, eMenuVertical, eAlignLeft));
-    EXPECT_EQ(6u, pContext->pMenu->objects.size());
-    const char* none[] = {nullptr};
-    InitMenu(0, 0);
-    EXPECT_EQ(-1, ShowMenu(none, eMenuVertical, eAlignLeft));
-    EXPECT_EQ(-2, ShowMenu(nullptr, eMenuVertical, eAlignLeft));
-}
-
-TEST_F(Interface, MenusAndDialogsRefuseToWaitWithoutAUsableKeypad) {
+// Menus and dialogs refuse what they cannot wait for; a second ShowMenu appends its
+// entries (numbered from 1 again) and starts where the first was left.
+TEST_F(Interface, ShowMenuRefusesOrAppends) {
     InitFramebuffer("/dev/fb0");
     InitMenu(0, 0);
     InitDialog(10, 10, 200, 80);
@@ -161,6 +147,19 @@ TEST_F(Interface, MenusAndDialogsRefuseToWaitWithoutAUsableKeypad) {
     EXPECT_EQ(-19, InitKeypad());  // a keypad object without a device
     EXPECT_EQ(-2, ShowMenu(kEntries, eMenuVertical, eAlignLeft));
     EXPECT_EQ(0, ShowDialog(lines, 0, eAlignLeft));  // no buttons: nothing to wait for
+
+    AddKeypad();
+    InitKeypad();
+    InitMenu(0, 0);
+    Script("7, 150");
+    EXPECT_EQ(0, ShowMenu(kEntries, eMenuVertical, eAlignLeft));
+    Script("149");
+    EXPECT_EQ(2, ShowMenu(kEntries, eMenuVertical, eAlignLeft));
+    EXPECT_EQ(6u, pContext->pMenu->objects.size());
+    const char* none[] = {nullptr};
+    InitMenu(0, 0);
+    EXPECT_EQ(-1, ShowMenu(none, eMenuVertical, eAlignLeft));
+    EXPECT_EQ(-2, ShowMenu(nullptr, eMenuVertical, eAlignLeft));
 }
 
 // A keypad unplugged while a host waits (controller reset, driver unbound) ends the
