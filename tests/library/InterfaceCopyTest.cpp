@@ -52,24 +52,24 @@ class Copy : public Interface {
 
 TEST_F(Copy, FailuresNameTheirPathAndReturnTheirCode) {
     const std::string target = dir + "/target";
-    EXPECT_EQ("Cannot acquire file stat " + dir + "/missing\n", CaptureStderrOf([&] {
+    EXPECT_EQ("Cannot acquire file stat " + dir + "/missing\n", OutputOf([&] {
                   EXPECT_EQ(-13, CopyFileWithProgress((dir + "/missing").c_str(), target.c_str(),
                                                       nullptr, 10));
               }));
     EXPECT_NE(0, access(target.c_str(), F_OK));
 
     Write(dir + "/source", "data");
-    EXPECT_EQ("Cannot open output file " + dir + "/no/target\n", CaptureStderrOf([&] {
+    EXPECT_EQ("Cannot open output file " + dir + "/no/target\n", OutputOf([&] {
                   EXPECT_EQ(-1, CopyFileWithProgress((dir + "/source").c_str(),
                                                      (dir + "/no/target").c_str(), nullptr, 10));
               }));
-    EXPECT_EQ("Read error: " + dir + "\n", CaptureStderrOf([&] {
+    EXPECT_EQ("Read error: " + dir + "\n", OutputOf([&] {
                   EXPECT_EQ(-1, CopyFileWithProgress(dir.c_str(), target.c_str(), nullptr, 10));
               }));
     EXPECT_TRUE(updates.empty());
     // Success only once the target is on storage: a device may lose power right after.
     vp_fail_call("fsync", EIO, 1);
-    EXPECT_EQ("Write error: " + target + "\n", CaptureStderrOf([&] {
+    EXPECT_EQ("Write error: " + target + "\n", OutputOf([&] {
                   EXPECT_EQ(-5, CopyFileWithProgress((dir + "/source").c_str(), target.c_str(),
                                                      nullptr, 10));
               }));
@@ -166,7 +166,7 @@ TEST_F(Copy, FaultsLeaveTheOldTargetAndNothingBehind) {
         Write(target, old);
         const int descriptors = VantorTest::OpenDescriptors();
         int result = 1;
-        const std::string err = CaptureStderrOf([&] {
+        const std::string err = OutputOf([&] {
             f.error ? vp_fail_call(f.call, f.error, f.nth) : vp_short_call(f.call, f.nth);
             result = CopyFileWithProgressEx(source.c_str(), target.c_str(), nullptr, 10, 0);
         });
@@ -195,7 +195,7 @@ TEST_F(Copy, UnsizedSourcesNeverEmptyTheTarget) {
     } sources[] = {{dir, -EISDIR}, {fifo, -EINVAL}, {"/proc/self/status", -EINVAL}};
     for (const auto& s : sources) {
         EXPECT_EQ("Cannot size input file " + s.source + ": " + std::strerror(-s.result) + "\n",
-                  CaptureStderrOf([&] {
+                  OutputOf([&] {
                       EXPECT_EQ(s.result, CopyFileWithProgressEx(s.source.c_str(), target.c_str(),
                                                                  nullptr, 5, 0));
                   }));

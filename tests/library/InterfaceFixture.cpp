@@ -85,15 +85,11 @@ void Interface::Press(int code, int index, int value) {
     ASSERT_EQ(0, vp_input_event(index, 1, code, value));
 }
 
-std::string Interface::CaptureStderrOf(const std::function<void()>& call) {
+std::string Interface::OutputOf(const std::function<void()>& call) {
+    testing::internal::CaptureStdout();
     testing::internal::CaptureStderr();
     call();
-    return testing::internal::GetCapturedStderr();
-}
-
-std::string Interface::CaptureStdoutOf(const std::function<void()>& call) {
-    testing::internal::CaptureStdout();
-    call();
     std::fflush(stdout);
-    return testing::internal::GetCapturedStdout();
+    const std::string out = testing::internal::GetCapturedStdout();
+    return out + testing::internal::GetCapturedStderr();
 }

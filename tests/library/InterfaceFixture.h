@@ -32,8 +32,8 @@ class Interface : public ::testing::Test {
     void Script(const char* codes, int index = 0);  // device codes, each pressed and released
     void Press(int code, int index = 0, int value = 1);
 
-    std::string CaptureStderrOf(const std::function<void()>& call);
-    std::string CaptureStdoutOf(const std::function<void()>& call);
+    // What `call` writes on standard output, then what it writes on the error stream.
+    std::string OutputOf(const std::function<void()>& call);
 };
 
 #endif

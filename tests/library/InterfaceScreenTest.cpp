@@ -29,6 +29,7 @@ TEST_F(Interface, FreshStateRefusesScreenCalls) {
 // A start-up that fails says why and leaves no usable state and nothing open: the device, its
 // mapping and the font files are all given back.
 TEST_F(Interface, StartUpFailuresLeaveNothingOpen) {
+    const std::string font = "/usr/share/fonts/vantor/lb.tf";
     const std::string fonts = "InitFramebuffer: cannot load font /usr/share/fonts/vantor/";
     const std::string unusable = "InitFramebuffer: allocation failed\n";
     const struct {
@@ -55,15 +56,11 @@ TEST_F(Interface, StartUpFailuresLeaveNothingOpen) {
     for (const auto& c : cases) {
         const int descriptors = VantorTest::OpenDescriptors();
         const int unmaps = vp_fb_unmap_count("/dev/fb0");
-        std::string out;
-        const std::string err = CaptureStderrOf([&] {
-            out = CaptureStdoutOf([&] {
-                if (c.error != 0) vp_fail_call(c.call, c.error, c.nth);
-                if (c.call == nullptr && c.unmaps) vp_file_remove("/usr/share/fonts/vantor/lb.tf");
-                EXPECT_EQ(nullptr, InitFramebuffer(c.device)) << c.lines;
-            });
-        });
-        EXPECT_EQ(c.lines, out + err);
+        EXPECT_EQ(c.lines, OutputOf([&] {
+                      if (c.error != 0) vp_fail_call(c.call, c.error, c.nth);
+                      if (c.call == nullptr && c.unmaps) vp_file_remove(font.c_str());
+                      EXPECT_EQ(nullptr, InitFramebuffer(c.device));
+                  }));
         EXPECT_FALSE(Vantor::IsContextValid(pContext));
         EXPECT_EQ(-2, InitCanvas(0, 0, 10, 10));
         EXPECT_EQ(0, OpenFramebufferDescriptors());
