@@ -8,7 +8,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
-#include <iostream>
 #include <thread>
 
 #include "vantor/Context.h"
@@ -20,10 +19,11 @@ void FaultAt0x1c() {
     *reinterpret_cast<volatile int*>(address) = 1;
 }
 
-// A sent SIGSEGV is reported and returns; numbers written afterwards stay in hexadecimal.
-void SentSegvThenEleven() {
+// A sent SIGSEGV is reported and returns; the stream stays in hexadecimal after it, so
+// the next report shows signal 11 as b.
+void SentSegvTwice() {
     raise(SIGSEGV);
-    std::cerr << 11 << std::endl;
+    raise(SIGSEGV);
     std::exit(0);
 }
 
@@ -80,7 +80,8 @@ TEST(CrashReportDeathTest, EachSignalIsReportedAndTheProcessEndsItsOwnWay) {
         {FaultAt0x1c, ::testing::KilledBySignal(SIGSEGV),
          "^Signal caught!\n\tSignal number: 11\n\tError number:  0\n\tSignal code:   1\n"
          "Segmentation fault!\nOffending address: 0x1c\n"},
-        {SentSegvThenEleven, ::testing::ExitedWithCode(0), "Offending address: 0x[0-9a-f]+\nb\n$"},
+        {SentSegvTwice, ::testing::ExitedWithCode(0),
+         "Offending address: 0x[0-9a-f]+\nSignal caught!\n\tSignal number: b\n"},
         {HostsOwnSigterm, ::testing::ExitedWithCode(3), "\tSignal code:   -6\nSignal: 15\n$"},
         {FaultWhileTheStreamsAreLocked, ::testing::ExitedWithCode(0),
          "Segmentation fault!\nOffending address: 0x[0-9a-f]+\n$"},
