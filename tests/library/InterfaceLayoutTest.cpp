@@ -137,24 +137,3 @@ TEST_F(Layouts, EveryLayoutShowsTheSamePictureAndGivesBackItsBytes) {
         EXPECT_TRUE(Bytes() == painted);
     }
 }
-
-TEST_F(Interface, LayoutsTheLibraryCannotDrawAreRefusedWithOneLine) {
-    struct Case {
-        vp_screen screen;
-        const char* line;
-    };
-    const Case cases[] = {
-        {{64, 32, 64, 32, 8, 0, VP_PALETTE8},
-         "unsupported pixel layout on /dev/fb0: 8 bits per pixel, red 0/8, green 0/8, blue 0/8 "
-         "(offset/length)\n"},
-        {{64, 32, 64, 32, 32, 200},
-         "unsupported screen geometry on /dev/fb0: 64x32 at 0,0 in 64x32, 200 bytes per line, "
-         "6400 bytes of memory\n"},
-    };
-    for (const Case& c : cases) {
-        ASSERT_EQ(0, vp_fb_add("/dev/fb0", &c.screen));
-        EXPECT_EQ(std::string("CFramebuffer: ") + c.line + "InitFramebuffer: allocation failed\n",
-                  OutputOf([] { EXPECT_EQ(nullptr, InitFramebuffer("/dev/fb0")); }));
-        EXPECT_EQ(0, OpenFramebufferDescriptors());
-    }
-}

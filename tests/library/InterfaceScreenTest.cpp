@@ -26,8 +26,9 @@ TEST_F(Interface, FreshStateRefusesScreenCalls) {
     EXPECT_EQ(-2, ShowProgress("x", 1, 5.0f));
 }
 
-// A start-up that fails says why and leaves no usable state and nothing open: the device, its
-// mapping and the font files are all given back.
+// A start-up that fails says why and leaves no usable state and nothing open: the
+// device, its mapping and the font files are all given back. Screens the library cannot
+// draw on are refused with one line naming what the driver declared.
 TEST_F(Interface, StartUpFailuresLeaveNothingOpen) {
     const std::string font = "/usr/share/fonts/vantor/lb.tf";
     const std::string fonts = "InitFramebuffer: cannot load font /usr/share/fonts/vantor/";
@@ -36,7 +37,8 @@ TEST_F(Interface, StartUpFailuresLeaveNothingOpen) {
         const char* device;
         const char* call;  // made to fail; none after a mapping: lb.tf is missing
         int error, nth, unmaps;
-        std::string lines;  // standard output, then the error stream
+        std::string lines;      // standard output, then the error stream
+        vp_screen screen = {};  // the device's, where it is not the usual one
     } cases[] = {
         {nullptr, nullptr, 0, 0, 0, unusable},
         {"/dev/fb7", nullptr, 0, 0, 0,
@@ -52,8 +54,27 @@ TEST_F(Interface, StartUpFailuresLeaveNothingOpen) {
         {"/dev/fb0", "open", EMFILE, 3, 1, fonts + "lb.tf: Cannot open font file\n"},
         {"/dev/fb0", "read", EIO, 1, 1, fonts + "lr.tf: Cannot read font\n"},
         {"/dev/fb0", nullptr, 0, 0, 1, fonts + "lb.tf: Cannot open font file\n"},
+        {"/dev/fb0",
+         nullptr,
+         0,
+         0,
+         0,
+         "CFramebuffer: unsupported pixel layout on /dev/fb0: 8 bits per pixel, red 0/8, green "
+         "0/8, blue 0/8 (offset/length)\n" +
+             unusable,
+         {64, 32, 64, 32, 8, 0, VP_PALETTE8}},
+        {"/dev/fb0",
+         nullptr,
+         0,
+         0,
+         0,
+         "CFramebuffer: unsupported screen geometry on /dev/fb0: 64x32 at 0,0 in 64x32, 200 "
+         "bytes per line, 6400 bytes of memory\n" +
+             unusable,
+         {64, 32, 64, 32, 32, 200}},
     };
     for (const auto& c : cases) {
+        if (c.screen.xres != 0) vp_fb_add("/dev/fb0", &c.screen);
         const int descriptors = VantorTest::OpenDescriptors();
         const int unmaps = vp_fb_unmap_count("/dev/fb0");
         EXPECT_EQ(c.lines, OutputOf([&] {
