@@ -250,7 +250,8 @@ TEST_F(Interface, ProgressWindowShowsUpdatesAndHides) {
             }
         }
     }
-    // The bar's outline is white, its fill white up to the last column, the rest black.
+    // The bar's outline is white, its fill white up to the last column, the rest black;
+    // a full bar runs into the outline's right column (244).
     const std::pair<float, int> fills[] = {
         {50, 148}, {-3, 55}, {std::nanf(""), 55}, {0.5f, 55}, {150, 243}};
     for (const auto& [percent, lastWhite] : fills) {
