@@ -52,67 +52,62 @@ class Copy : public Interface {
 
 TEST_F(Copy, FailuresNameTheirPathAndReturnTheirCode) {
     const std::string target = dir + "/target";
-    EXPECT_EQ("Cannot acquire file stat " + dir + "/missing\n", CaptureStderrOf([&] {
+    EXPECT_EQ("Cannot acquire file stat " + dir + "/missing\n", OutputOf([&] {
                   EXPECT_EQ(-13, CopyFileWithProgress((dir + "/missing").c_str(), target.c_str(),
                                                       nullptr, 10));
               }));
     EXPECT_NE(0, access(target.c_str(), F_OK));
 
     Write(dir + "/source", "data");
-    EXPECT_EQ("Cannot open output file " + dir + "/no/target\n", CaptureStderrOf([&] {
+    EXPECT_EQ("Cannot open output file " + dir + "/no/target\n", OutputOf([&] {
                   EXPECT_EQ(-1, CopyFileWithProgress((dir + "/source").c_str(),
                                                      (dir + "/no/target").c_str(), nullptr, 10));
               }));
-    EXPECT_EQ("Read error: " + dir + "\n", CaptureStderrOf([&] {
+    EXPECT_EQ("Read error: " + dir + "\n", OutputOf([&] {
                   EXPECT_EQ(-1, CopyFileWithProgress(dir.c_str(), target.c_str(), nullptr, 10));
               }));
     EXPECT_TRUE(updates.empty());
     // Success only once the target is on storage: a device may lose power right after.
     vp_fail_call("fsync", EIO, 1);
-    EXPECT_EQ("Write error: " + target + "\n", CaptureStderrOf([&] {
+    EXPECT_EQ("Write error: " + target + "\n", OutputOf([&] {
                   EXPECT_EQ(-5, CopyFileWithProgress((dir + "/source").c_str(), target.c_str(),
                                                      nullptr, 10));
               }));
 }
 
-TEST_F(Copy, EmptySourceMakesTheTargetWithOneFinalUpdate) {
-    InitProgress(10, 10, 200, 60);
-    Write(dir + "/empty", "");
+// The target holds exactly the source, also over a longer file, and a new one gets the
+// usual mode. The bar moves from where it stands through the copy's share, one update a
+// block and a final one; without a progress window the copy runs without one.
+TEST_F(Copy, TargetHoldsTheSourceAndTheBarMovesThroughItsShare) {
+    const struct {
+        size_t size;
+        bool window;
+        float share;
+        std::vector<float> updates;
+    } cases[] = {
+        {0, true, 30, {50}},
+        {3 << 20, true, 50, {36.67f, 53.33f, 70, 70}},
+        {(1 << 20) + 12345, false, 100, {}},
+    };
     const mode_t old = umask(022);
-    EXPECT_EQ(0, CopyFileWithProgress((dir + "/empty").c_str(), (dir + "/made").c_str(), "x", 30));
+    for (const auto& c : cases) {
+        InitFramebuffer("/dev/fb0");
+        if (c.window) InitProgress(10, 10, 200, 60);
+        ShowProgress(nullptr, eAlignLeft, 20);
+        updates.clear();
+        const std::string source = Bytes(c.size, 'c'), target = dir + "/" + std::to_string(c.size);
+        Write(dir + "/source", source);
+        if (c.size > 0) Write(target, Bytes(5 << 20, 'z'));
+        EXPECT_EQ(
+            0, CopyFileWithProgress((dir + "/source").c_str(), target.c_str(), nullptr, c.share));
+        EXPECT_TRUE(source == VantorTest::ReadFile(target)) << c.size;
+        ASSERT_EQ(c.updates.size(), updates.size()) << c.size;
+        for (size_t i = 0; i < updates.size(); ++i) EXPECT_NEAR(c.updates[i], updates[i], 0.01);
+    }
     umask(old);
     struct stat status;
-    ASSERT_EQ(0, stat((dir + "/made").c_str(), &status));
+    ASSERT_EQ(0, stat((dir + "/0").c_str(), &status));
     EXPECT_EQ(0644u, status.st_mode & 0777);
-    EXPECT_EQ(std::vector<float>{30.0f}, updates);
-}
-
-TEST_F(Copy, BarMovesFromWhereItStandsThroughItsShare) {
-    InitProgress(10, 10, 200, 60);
-    ShowProgress(nullptr, eAlignLeft, 20);
-    Write(dir + "/three", Bytes(3 << 20, 'a'));
-    EXPECT_EQ(0,
-              CopyFileWithProgress((dir + "/three").c_str(), (dir + "/copy").c_str(), nullptr, 50));
-    ASSERT_EQ(4u, updates.size());
-    EXPECT_NEAR(36.67, updates[0], 0.01);
-    EXPECT_NEAR(53.33, updates[1], 0.01);
-    EXPECT_NEAR(70.0, updates[2], 0.01);
-    EXPECT_NEAR(70.0, updates[3], 0.01);
-
-    updates.clear();  // ten blocks, ten updates and the final one
-    Write(dir + "/ten", Bytes(10 << 20, 'b'));
-    EXPECT_EQ(0, CopyFileWithProgress((dir + "/ten").c_str(), (dir + "/copy").c_str(), nullptr, 1));
-    EXPECT_EQ(11u, updates.size());
-}
-
-TEST_F(Copy, TargetHoldsExactlyTheSourceEvenOverALongerFile) {
-    const std::string source = Bytes((1 << 20) + 12345, 'c');
-    Write(dir + "/source", source);
-    Write(dir + "/target", Bytes(5 << 20, 'z'));
-    EXPECT_EQ(0, CopyFileWithProgress((dir + "/source").c_str(), (dir + "/target").c_str(), nullptr,
-                                      100));
-    EXPECT_TRUE(source == VantorTest::ReadFile(dir + "/target"));
-    EXPECT_TRUE(updates.empty());  // no progress window: the copy runs without one
 }
 
 // --- CopyFileWithProgressEx ------------------------------------------------------
@@ -171,7 +166,7 @@ TEST_F(Copy, FaultsLeaveTheOldTargetAndNothingBehind) {
         Write(target, old);
         const int descriptors = VantorTest::OpenDescriptors();
         int result = 1;
-        const std::string err = CaptureStderrOf([&] {
+        const std::string err = OutputOf([&] {
             f.error ? vp_fail_call(f.call, f.error, f.nth) : vp_short_call(f.call, f.nth);
             result = CopyFileWithProgressEx(source.c_str(), target.c_str(), nullptr, 10, 0);
         });
@@ -200,7 +195,7 @@ TEST_F(Copy, UnsizedSourcesNeverEmptyTheTarget) {
     } sources[] = {{dir, -EISDIR}, {fifo, -EINVAL}, {"/proc/self/status", -EINVAL}};
     for (const auto& s : sources) {
         EXPECT_EQ("Cannot size input file " + s.source + ": " + std::strerror(-s.result) + "\n",
-                  CaptureStderrOf([&] {
+                  OutputOf([&] {
                       EXPECT_EQ(s.result, CopyFileWithProgressEx(s.source.c_str(), target.c_str(),
                                                                  nullptr, 5, 0));
                   }));

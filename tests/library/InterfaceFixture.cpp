@@ -10,9 +10,12 @@ namespace {
 
 const char* const kDevice = "/dev/fb0";
 
+// Every code but 127, so that a test can write a character the font lacks.
 std::vector<int> FontCodes() {
     std::vector<int> codes;
-    for (int code = 1; code < 256; ++code) codes.push_back(code);
+    for (int code = 1; code < 256; ++code) {
+        if (code != 127) codes.push_back(code);
+    }
     return codes;
 }
 
@@ -30,7 +33,8 @@ void Interface::SetUp() {
     vp_set_exit_when_exhausted(1);
     Vantor::VantorCleanup();
     Vantor::VantorInit();
-    UseScreen(kWidth, kHeight, 32);
+    const vp_screen screen = {kWidth, kHeight, kWidth, kHeight, 32, 0};
+    ASSERT_EQ(0, vp_fb_add(kDevice, &screen));
     AddFont("lr.tf");
     AddFont("lb.tf");
 }
@@ -41,21 +45,8 @@ void Interface::TearDown() {
     vp_reset();
 }
 
-void Interface::UseScreen(int width, int height, int bitsPerPixel) {
-    vp_screen screen = {width, height, width, height, bitsPerPixel, 0};
-    ASSERT_EQ(0, vp_fb_add(kDevice, &screen));
-}
-
-void Interface::RemoveFont(const char* name) {
-    vp_file_remove((std::string("/usr/share/fonts/vantor/") + name).c_str());
-}
-
 int Interface::OpenFramebufferDescriptors() const {
     return vp_fb_open_count(kDevice);
-}
-
-int Interface::FramebufferUnmaps() const {
-    return vp_fb_unmap_count(kDevice);
 }
 
 uint32_t Interface::Pixel(int x, int y) const {
@@ -94,28 +85,11 @@ void Interface::Press(int code, int index, int value) {
     ASSERT_EQ(0, vp_input_event(index, 1, code, value));
 }
 
-int Interface::OpenInputDescriptors(int index) const {
-    return vp_input_open_count(index);
-}
-
-void Interface::CallWaitHook(int, void* user) {
-    static_cast<Interface*>(user)->waitHook();
-}
-
-void Interface::OnWait(std::function<void()> look) {
-    waitHook = std::move(look);
-    vp_set_wait_hook(&Interface::CallWaitHook, this);
-}
-
-std::string Interface::CaptureStderrOf(const std::function<void()>& call) {
+std::string Interface::OutputOf(const std::function<void()>& call) {
+    testing::internal::CaptureStdout();
     testing::internal::CaptureStderr();
     call();
-    return testing::internal::GetCapturedStderr();
-}
-
-std::string Interface::CaptureStdoutOf(const std::function<void()>& call) {
-    testing::internal::CaptureStdout();
-    call();
     std::fflush(stdout);
-    return testing::internal::GetCapturedStdout();
+    const std::string out = testing::internal::GetCapturedStdout();
+    return out + testing::internal::GetCapturedStderr();
 }

@@ -20,10 +20,7 @@ class Interface : public ::testing::Test {
     void SetUp() override;
     void TearDown() override;
 
-    void UseScreen(int width, int height, int bitsPerPixel);
-    void RemoveFont(const char* name);
     int OpenFramebufferDescriptors() const;
-    int FramebufferUnmaps() const;
 
     uint32_t Pixel(int x, int y) const;
     void FillScreen(uint32_t colour);
@@ -34,15 +31,9 @@ class Interface : public ::testing::Test {
     void AddKeypad(int index = 0, const char* name = "tca8418 keypad");
     void Script(const char* codes, int index = 0);  // device codes, each pressed and released
     void Press(int code, int index = 0, int value = 1);
-    int OpenInputDescriptors(int index) const;
-    void OnWait(std::function<void()> look);
 
-    std::string CaptureStderrOf(const std::function<void()>& call);
-    std::string CaptureStdoutOf(const std::function<void()>& call);
-
-  private:
-    static void CallWaitHook(int index, void* user);
-    std::function<void()> waitHook;
+    // What `call` writes on standard output, then what it writes on the error stream.
+    std::string OutputOf(const std::function<void()>& call);
 };
 
 #endif

@@ -10,6 +10,7 @@
 #include <chrono>
 #include <cmath>
 #include <limits>
+#include <set>
 #include <thread>
 #include <utility>
 
@@ -17,8 +18,6 @@
 #include "vantor/Context.h"
 #include "vantor/Keypad.h"
 #include "vantor/Menu.h"
-#include "vantor/Progress.h"
-#include "vantor/ProgressBar.h"
 #include "vantor_platform.h"
 
 using Vantor::pContext;
@@ -81,7 +80,7 @@ TEST_F(Interface, KeypadIsFoundByNamePrefixAndItsOwnEventNode) {
     ASSERT_EQ(0, InitKeypad());
     EXPECT_STREQ("/dev/input/event0", pContext->pKeypad->pDevicePath);
     EXPECT_EQ(0, InitKeypad());
-    EXPECT_EQ(1, OpenInputDescriptors(2));
+    EXPECT_EQ(1, vp_input_open_count(2));
     // Programs the host starts must not inherit the node.
     EXPECT_TRUE(fcntl(pContext->pKeypad->fd, F_GETFD) & FD_CLOEXEC);
 
@@ -136,23 +135,9 @@ TEST_F(Interface, MenuAnswersTheKeysOfTheKeypad) {
     }
 }
 
-TEST_F(Interface, SecondShowMenuAppendsAndNumbersFromOneAgain) {
-    InitFramebuffer("/dev/fb0");
-    AddKeypad();
-    InitKeypad();
-    InitMenu(0, 0);
-    Script("150");
-    ShowMenu(kEntries, eMenuVertical, eAlignLeft);
-    Script("6, 149");  // from "A" back to the last entry, the second call's "C"
-    EXPECT_EQ(3, ShowMenu(kEntries, eMenuVertical, eAlignLeft));
-    EXPECT_EQ(6u, pContext->pMenu->objects.size());
-    const char* none[] = {nullptr};
-    InitMenu(0, 0);
-    EXPECT_EQ(-1, ShowMenu(none, eMenuVertical, eAlignLeft));
-    EXPECT_EQ(-2, ShowMenu(nullptr, eMenuVertical, eAlignLeft));
-}
-
-TEST_F(Interface, MenusAndDialogsRefuseToWaitWithoutAUsableKeypad) {
+// Menus and dialogs refuse what they cannot wait for; a second ShowMenu appends its
+// entries (numbered from 1 again) and starts where the first was left.
+TEST_F(Interface, ShowMenuRefusesOrAppends) {
     InitFramebuffer("/dev/fb0");
     InitMenu(0, 0);
     InitDialog(10, 10, 200, 80);
@@ -162,6 +147,19 @@ TEST_F(Interface, MenusAndDialogsRefuseToWaitWithoutAUsableKeypad) {
     EXPECT_EQ(-19, InitKeypad());  // a keypad object without a device
     EXPECT_EQ(-2, ShowMenu(kEntries, eMenuVertical, eAlignLeft));
     EXPECT_EQ(0, ShowDialog(lines, 0, eAlignLeft));  // no buttons: nothing to wait for
+
+    AddKeypad();
+    InitKeypad();
+    InitMenu(0, 0);
+    Script("7, 150");
+    EXPECT_EQ(0, ShowMenu(kEntries, eMenuVertical, eAlignLeft));
+    Script("149");
+    EXPECT_EQ(2, ShowMenu(kEntries, eMenuVertical, eAlignLeft));
+    EXPECT_EQ(6u, pContext->pMenu->objects.size());
+    const char* none[] = {nullptr};
+    InitMenu(0, 0);
+    EXPECT_EQ(-1, ShowMenu(none, eMenuVertical, eAlignLeft));
+    EXPECT_EQ(-2, ShowMenu(nullptr, eMenuVertical, eAlignLeft));
 }
 
 // A keypad unplugged while a host waits (controller reset, driver unbound) ends the
@@ -175,9 +173,10 @@ TEST_F(Interface, KeypadLostDuringAWaitEndsTheWaitUntilInitKeypadFindsItAgain) {
     InitDialog(100, 100, 200, 80);
     const char* lines[] = {"Sure?", nullptr};
     int waits = 0;
-    OnWait([&] {
-        if (++waits == 2) vp_input_remove(0);  // after one key has been handled
-    });
+    const auto removeAfterOneKey = [](int, void* count) {
+        if (++*static_cast<int*>(count) == 2) vp_input_remove(0);
+    };
+    vp_set_wait_hook(removeAfterOneKey, &waits);
     for (bool dialog : {false, true}) {
         waits = 0;
         AddKeypad();
@@ -197,19 +196,31 @@ TEST_F(Interface, KeypadLostDuringAWaitEndsTheWaitUntilInitKeypadFindsItAgain) {
     alarm(0);
 }
 
-TEST_F(Interface, DialogButtonsAndHide) {
+// The type decides the buttons and so the answer; a dialog without buttons is painted
+// and stays until HideDialog. Nothing is saved under a dialog: it leaves black.
+TEST_F(Interface, DialogTypesAnswerAndHideLeavesBlack) {
     FillScreen(0x445566);
     InitFramebuffer("/dev/fb0");
     AddKeypad();
     InitKeypad();
     EXPECT_EQ(-2, HideDialog());
     InitDialog(20, 20, 200, 100);
-    InitMenu(0, 0);
     InitMenu(0, 0);  // the dialog stays
     const char* lines[] = {"Line one", "Line two", nullptr};
-    Script("50");
-    EXPECT_EQ(2, ShowDialog(lines, eDialogOkCancel, eAlignLeft));
-    EXPECT_EQ(0u, Pixel(20, 20));  // nothing was saved under the dialog: it leaves black
+    const struct {
+        int type;
+        const char* keys;
+        int result;
+    } cases[] = {{eDialogOkCancel, "50", 2},
+                 {eDialogYesNo, "6, 149", 1},
+                 {eDialogYesNo, "149", 2},  // No is chosen first
+                 {eDialogOk, "6, 7, 149", 1},
+                 {7, nullptr, -1}};
+    for (const auto& c : cases) {
+        if (c.keys != nullptr) Script(c.keys);
+        EXPECT_EQ(c.result, ShowDialog(lines, c.type, eAlignLeft)) << c.type << " " << c.keys;
+    }
+    EXPECT_EQ(0u, Pixel(20, 20));
     EXPECT_EQ(0x445566u, Pixel(19, 20));
     EXPECT_EQ(0, ShowDialog(lines, 0, eAlignLeft));
     EXPECT_TRUE(CellShows('L', 22, 22, 0xFFFFFF, 0));  // shown, lines from (2, 2) of the box
@@ -219,15 +230,17 @@ TEST_F(Interface, DialogButtonsAndHide) {
     EXPECT_EQ(-2, ShowDialog(nullptr, 0, eAlignLeft));
 }
 
+// An update repaints only the bar, whose fill is clamped to 0..100 % and covers its
+// share of the bar to the pixel; hiding gives the screen back.
 TEST_F(Interface, ProgressWindowShowsUpdatesAndHides) {
     FillScreen(0x778899);
     InitFramebuffer("/dev/fb0");
     EXPECT_EQ(-2, ShowProgress(nullptr, eAlignLeft, 10));
     ASSERT_EQ(0, InitProgress(50, 50, 200, 60));
     const std::vector<uint32_t> before = Snapshot();
-    EXPECT_EQ(0, ShowProgress("Copying", eAlignLeft, 10));
+    EXPECT_EQ(0, ShowProgress("A long caption", eAlignLeft, 10));
     const std::vector<uint32_t> shown = Snapshot();
-    EXPECT_EQ(0, UpdateProgress(nullptr, eAlignLeft, 90));
+    EXPECT_EQ(0, UpdateProgress(nullptr, eAlignLeft, 50));
     const std::vector<uint32_t> updated = Snapshot();
     for (int y = 0; y < kHeight; ++y) {
         for (int x = 0; x < kWidth; ++x) {
@@ -237,7 +250,26 @@ TEST_F(Interface, ProgressWindowShowsUpdatesAndHides) {
             }
         }
     }
-    EXPECT_EQ(0xFFFFFFu, Pixel(200, 97));
+    // The bar's outline is white, its fill white up to the last column, the rest black;
+    // a full bar runs into the outline's right column (244).
+    const std::pair<float, int> fills[] = {
+        {50, 148}, {-3, 55}, {std::nanf(""), 55}, {0.5f, 55}, {150, 243}};
+    for (const auto& [percent, lastWhite] : fills) {
+        EXPECT_EQ(0, UpdateProgress(nullptr, eAlignLeft, percent));
+        EXPECT_EQ(0xFFFFFFu, Pixel(lastWhite, 97)) << percent;
+        EXPECT_EQ(lastWhite == 243 ? 0xFFFFFFu : 0u, Pixel(lastWhite + 1, 97)) << percent;
+    }
+    // A shorter caption leaves nothing of the longer one right of it, above the bar.
+    const auto coloursRightOfShort = [this] {
+        std::set<uint32_t> seen;
+        for (int y = 52; y < 89; ++y) {
+            for (int x = 50 + 5 + 8 * 5; x < 50 + 5 + 8 * 14; ++x) seen.insert(Pixel(x, y));
+        }
+        return seen.size();
+    };
+    EXPECT_LT(1u, coloursRightOfShort());
+    EXPECT_EQ(0, UpdateProgress("Short", eAlignLeft, 0));
+    EXPECT_EQ(1u, coloursRightOfShort());
     EXPECT_EQ(0, HideProgress());
     EXPECT_TRUE(before == Snapshot());
 }
@@ -252,10 +284,10 @@ TEST_F(Interface, ClearLeavesWidgetsWorking) {
     Script("150");
     ShowMenu(kEntries, eMenuVertical, eAlignLeft);
     EXPECT_EQ(0, Clear());
-    EXPECT_EQ(nullptr, pContext->pMenu->pSelectedItem);
     EXPECT_EQ(0, UpdateProgress(nullptr, eAlignLeft, 50));
     EXPECT_EQ(0, ShowProgress("Again", eAlignLeft, 60));
-    EXPECT_NEAR(60.0f, pContext->pProgress->pBar->progress, 0.01);
+    EXPECT_EQ(0xFFFFFFu, Pixel(55 + 112, 97));  // 60 % of 190 columns, less the far one
+    EXPECT_EQ(0u, Pixel(55 + 113, 97));
     Script("149");
     EXPECT_EQ(1, ShowMenu(kEntries, eMenuVertical, eAlignLeft));
 }

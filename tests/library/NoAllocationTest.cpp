@@ -42,7 +42,10 @@ TEST_F(NoAllocation, UpdateAndBarOnlyProgressAllocateNothingAfterTheFirstTime) {
         ASSERT_EQ(0, Update());
         ASSERT_EQ(0, UpdateProgress(nullptr, 1, 20.0f + 30.0f * step));
     }
-    EXPECT_EQ(0, AllocationCount() - before);
+    const long repaints = AllocationCount() - before;
+    ::operator delete(::operator new(8));  // the count must see allocations at all
+    EXPECT_EQ(repaints + 1, AllocationCount() - before);
+    EXPECT_EQ(0, repaints);
 }
 
 TEST_F(NoAllocation, AMenuKeyPressRepaintsWithoutAllocating) {

@@ -1,7 +1,6 @@
 #ifndef VANTOR_TESTS_TESTSUPPORT_H
 #define VANTOR_TESTS_TESTSUPPORT_H
 
-#include <cstdint>
 #include <deque>
 #include <string>
 #include <vector>
@@ -24,16 +23,6 @@ std::string MakeTempDir();
 void WriteFile(const std::string& path, const std::vector<unsigned char>& bytes);
 std::string ReadFile(const std::string& path);
 int OpenDescriptors();  // of this process, to see that nothing leaked
-
-// A screen of 32-bit pixels in memory, as the widgets and canvases see one.
-struct Screen {
-    Screen(int w, int h, uint32_t fill = 0) : width(w), height(h), pixels(size_t(w) * h, fill) {}
-    uint32_t& at(int x, int y) { return pixels[size_t(y) * width + x]; }
-    unsigned int* data() { return pixels.data(); }
-    int width;
-    int height;
-    std::vector<uint32_t> pixels;
-};
 
 // A key source that plays back a script. Running out of keys throws instead of
 // waiting forever, so a widget that does not end fails the test rather than hangs.

@@ -1,21 +1,15 @@
-// Menu, dialog and progress window driven through key scripts on an in-memory screen.
+// What the C interface cannot steer: where menu entries lie and selections made in
+// code, driven through key scripts.
 #include <gtest/gtest.h>
 
 #include "TestSupport.h"
-#include "vantor/AsciiText.h"
 #include "vantor/BitmapFont.h"
-#include "vantor/Dialog.h"
 #include "vantor/Menu.h"
-#include "vantor/MenuItem.h"
-#include "vantor/Progress.h"
-#include "vantor/ProgressBar.h"
 
 using namespace Vantor;
 using namespace VantorTest;
 
 namespace {
-
-const uint32_t kWallpaper = 0x123456;
 
 class Widgets : public ::testing::Test {
   protected:
@@ -27,24 +21,20 @@ class Widgets : public ::testing::Test {
         return codes;
     }
 
-    // Builds a column menu the way the C interface does.
-    CMenu& Menu(std::initializer_list<const char*> entries, std::deque<int> keys) {
-        keypad.script = std::move(keys);
-        menu.reset(new CMenu(font, keypad));
-        menu->setOffset(40, 30);
+    // A column menu built the way the C interface builds one, answering a key script.
+    int Query(std::initializer_list<bool> selected, std::deque<int> keys) {
+        CMenu menu(font, keypad);
         int id = 1;
-        for (const char* text : entries) menu->AddItem(id++, text, false);
-        menu->Draw();
-        menu->Autoresize(3);
-        return *menu;
+        for (bool on : selected) menu.AddItem(id++, "entry", on);
+        menu.Draw();
+        menu.Autoresize(3);
+        keypad.script = std::move(keys);
+        return menu.QueryMenu(screen.data(), 320, 240, 0.2f);
     }
-
-    int Query(CMenu& m) { return m.QueryMenu(screen.data(), screen.width, screen.height, 0.2f); }
 
     CBitmapFont font;
     ScriptedKeypad keypad;
-    Screen screen{320, 240, kWallpaper};
-    std::unique_ptr<CMenu> menu;
+    std::vector<uint32_t> screen = std::vector<uint32_t>(320 * 240);
 };
 
 }  // namespace
@@ -71,50 +61,7 @@ TEST_F(Widgets, MenuEntriesDoNotOverlapInRowsOrColumns) {
     }
 }
 
-TEST_F(Widgets, EmptyOrUnsizedMenusAnswerMinusOneWithoutTouchingTheScreen) {
-    CMenu empty(font, keypad);
-    EXPECT_EQ(-1, empty.Draw());
-    EXPECT_EQ(-1, Query(empty));
-    CMenu unsized(font, keypad);
-    unsized.AddItem(1, "A", true);
-    EXPECT_EQ(-1, Query(unsized));
-    for (uint32_t pixel : screen.pixels) ASSERT_EQ(kWallpaper, pixel);
-}
-
-TEST_F(Widgets, SelectionCarriesOverAndLastSelectedWins) {
-    CMenu& m = Menu({"A", "B"}, {114, 26});
-    Query(m);
-    keypad.script = {10};
-    EXPECT_EQ(2, Query(m));
-
-    CMenu preset(font, keypad);
-    preset.AddItem(1, "A", true);
-    preset.AddItem(2, "B", true);
-    preset.Draw();
-    preset.Autoresize(3);
-    keypad.script = {10};
-    EXPECT_EQ(2, Query(preset));
-}
-
-TEST_F(Widgets, DialogTypesDecideButtonsAndResults) {
-    auto ask = [&](int type, std::deque<int> keys) {
-        CDialog dialog(font, keypad, 10, 10, 200, 80, static_cast<eDialogType>(type));
-        keypad.script = std::move(keys);
-        return dialog.QueryDialog(screen.data(), screen.width, screen.height, 0.0f);
-    };
-    EXPECT_EQ(1, ask(eDialogYesNo, {108, 10}));
-    EXPECT_EQ(2, ask(eDialogYesNo, {10}));
-    EXPECT_EQ(1, ask(eDialogOk, {108, 114, 10}));
-    EXPECT_EQ(-1, ask(7, {}));
-    EXPECT_EQ(0u, screen.at(10, 10));
-    screen.at(10, 10) = kWallpaper;
-    EXPECT_EQ(0, ask(0, {}));  // painted, no key read, stays on the screen
-    EXPECT_EQ(0u, screen.at(10, 10));
-}
-
-TEST_F(Widgets, ProgressTextChangeLeavesNoTrace) {
-    CProgress window(font, "A long caption", 0, 0, 200, 60);
-    window.Refresh();
-    window.setText("Short", eAlignLeft);
-    EXPECT_EQ(0u, window.pPixels[10 * 200 + 5 + 8 * 10]);  // where "caption" was
+// A menu made in code starts at the last entry marked selected.
+TEST_F(Widgets, LastSelectedEntryWins) {
+    EXPECT_EQ(2, Query({true, true, false}, {10}));
 }
