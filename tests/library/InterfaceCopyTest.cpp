@@ -128,6 +128,8 @@ TEST_F(Copy, FaultsLeaveTheOldTargetAndNothingBehind) {
         {"open", EACCES, 1, "Cannot open input file ", true},
         {"write", EINTR, 2, nullptr, false},
         {"read", EINTR, 1, nullptr, false},
+        {"open", EINTR, 1, nullptr, false},
+        {"fsync", EINTR, 1, nullptr, false},
         {"write", 0, 1, nullptr, false},
         {"read", 0, 2, nullptr, false},
     };
