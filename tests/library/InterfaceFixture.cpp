@@ -45,10 +45,6 @@ void Interface::TearDown() {
     vp_reset();
 }
 
-int Interface::OpenFramebufferDescriptors() const {
-    return vp_fb_open_count(kDevice);
-}
-
 uint32_t Interface::Pixel(int x, int y) const {
     return vp_fb_pixels(kDevice)[y * kWidth + x];
 }

@@ -20,8 +20,6 @@ class Interface : public ::testing::Test {
     void SetUp() override;
     void TearDown() override;
 
-    int OpenFramebufferDescriptors() const;
-
     uint32_t Pixel(int x, int y) const;
     void FillScreen(uint32_t colour);
     std::vector<uint32_t> Snapshot() const;

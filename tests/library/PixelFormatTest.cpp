@@ -17,7 +17,6 @@ TEST(PixelFormat, DeviceLayoutsAreAcceptedOnlyWhenEveryChannelFits) {
     };
     const Case cases[] = {
         {16, {10, 5}, {5, 5}, {0, 5}, 0, 0, true, 0x7FFF},       // RGB555, X bit stays 0
-        {32, {0, 0}, {0, 0}, {0, 0}, 0, 0, true, 0xFFFFFF},      // no bitfields: XRGB8888
         {32, {20, 10}, {10, 10}, {0, 10}, 0, 0, false, 0},       // 10-bit channels
         {16, {8, 8}, {5, 6}, {0, 5}, 0, 0, false, 0},            // overlapping channels
         {16, {11, 5}, {5, 6}, {0, 5}, 0x36314752, 0, false, 0},  // a FOURCC mode
