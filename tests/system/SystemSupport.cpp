@@ -1,5 +1,7 @@
 #include "SystemSupport.h"
 
+#include "UinputDevice.h"
+
 #include <dirent.h>
 #include <fcntl.h>
 #include <signal.h>
@@ -28,6 +30,11 @@ struct Devices {
     UinputDevice misnamed{"keypad-tca8418"};
     UinputDevice keypad{"tca8418-keypad"};
 };
+
+UinputDevice& TheKeypad() {
+    static Devices devices;
+    return devices.keypad;
+}
 
 std::string Link(const std::string& path) {
     char target[PATH_MAX] = {};
@@ -82,11 +89,6 @@ pid_t Start(const std::string& log, const std::vector<std::string>& argv) {
 }
 
 }  // namespace
-
-UinputDevice& TheKeypad() {
-    static Devices devices;
-    return devices.keypad;
-}
 
 int RunWithKeys(const std::string& log, const std::vector<std::string>& argv,
                 const std::string& program, const std::vector<std::vector<int>>& steps) {

@@ -13,8 +13,8 @@
 
 namespace {
 
-// The keypad's seven keys, and one it does not have.
-const int kKeys[] = {6, 7, 50, 53, 149, 150, 152, 30};
+// The keypad's seven keys.
+const int kKeys[] = {6, 7, 50, 53, 149, 150, 152};
 
 }  // namespace
 
@@ -66,11 +66,6 @@ void UinputDevice::Key(int code, int value) {
 void UinputDevice::Press(int code) {
     Key(code, 1);
     Key(code, 0);
-}
-
-void UinputDevice::Repeat(int code) {
-    Emit(EV_KEY, code, 2);
-    Emit(EV_SYN, SYN_REPORT, 0);
 }
 
 std::string UinputDevice::EventNode() const {

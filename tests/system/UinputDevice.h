@@ -16,9 +16,6 @@ class UinputDevice {
     // What the TCA8418 driver sends for a key: for the press and for the release, the
     // scan code, the key record and a report.
     void Press(int code);
-    // An auto-repeat record (value 2) and its report, as the input core sends while a
-    // key is held.
-    void Repeat(int code);
     // The evdev node the kernel gave the device, e.g. "/dev/input/event1".
     std::string EventNode() const;
 
