@@ -139,8 +139,9 @@ void vp_set_exit_when_exhausted(int enabled);
 /* Faults. vp_fail_call makes the nth use from now (1 is the next) of one call fail with
  * errno error; vp_short_call makes the nth read or write move half of what was asked
  * (at least one byte). Calls: "open" (open, openat and their forms), "read", "write",
- * "fsync", "rename", "ioctl", "mmap", "poll" (poll and ppoll). Each armed fault fires once; every use of the call in the process counts,
- * on any descriptor, so arm just before the operation under test. vp_reset disarms. */
+ * "fsync", "rename", "ioctl", "mmap", "poll" (poll and ppoll). Each armed fault fires once; every
+ * use of the call in the process counts, on any descriptor, so arm just before the operation under
+ * test. vp_reset disarms. */
 int vp_fail_call(const char* call, int error, int nth);
 int vp_short_call(const char* call, int nth);
 
