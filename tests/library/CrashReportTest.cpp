@@ -52,22 +52,6 @@ void FaultWhileTheStreamsAreLocked() {
     _exit(0);
 }
 
-#ifndef __SANITIZE_ADDRESS__  // AddressSanitizer reports a double free itself
-// A double free: the allocator itself stops the process from inside free().
-void FaultInsideMalloc() {
-    void* (*volatile allocate)(size_t) = malloc;
-    void (*volatile release)(void*) = free;
-    void* chunk = allocate(48);
-    release(chunk);
-    release(chunk);
-    _exit(0);  // an allocator that noticed nothing
-}
-
-bool DiedOfSegvOrAbort(int status) {
-    return WIFSIGNALED(status) && (WTERMSIG(status) == SIGSEGV || WTERMSIG(status) == SIGABRT);
-}
-#endif
-
 }  // namespace
 
 TEST(CrashReportDeathTest, EachSignalIsReportedAndTheProcessEndsItsOwnWay) {
@@ -87,9 +71,6 @@ TEST(CrashReportDeathTest, EachSignalIsReportedAndTheProcessEndsItsOwnWay) {
         {HostsOwnSigterm, ::testing::ExitedWithCode(3), "\tSignal code:   -6\nSignal: 15\n$"},
         {FaultWhileTheStreamsAreLocked, ::testing::ExitedWithCode(0),
          "Segmentation fault!\nOffending address: 0x[0-9a-f]+\n$"},
-#ifndef __SANITIZE_ADDRESS__
-        {FaultInsideMalloc, DiedOfSegvOrAbort, "Signal caught!\n(.|\n)*Abort!\n"},
-#endif
     };
     for (const auto& c : cases) EXPECT_EXIT(c.cause(), c.ends, c.report) << c.report;
 }

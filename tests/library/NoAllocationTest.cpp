@@ -2,28 +2,9 @@
 // that allocates fragments memory over a long run. This executable counts every
 // allocation the process makes (CountingAllocator.cpp).
 #include "InterfaceFixture.h"
-#include "vantor/Context.h"
-#include "vantor/Framebuffer.h"
-#include "vantor/Keypad.h"
-#include "vantor/Menu.h"
+#include "vantor_platform.h"
 
 long AllocationCount();
-
-namespace {
-
-// Records the allocation count at every key wait, then answers from a fixed script.
-class CountingKeypad : public Vantor::CKeypad {
-  public:
-    int WaitKeyEvent(float) override {
-        seen[waits] = AllocationCount();
-        return script[waits++];
-    }
-    int script[5] = {114, 114, 108, 114, 10};
-    long seen[5] = {};
-    int waits = 0;
-};
-
-}  // namespace
 
 using NoAllocation = Interface;
 
@@ -50,14 +31,17 @@ TEST_F(NoAllocation, UpdateAndBarOnlyProgressAllocateNothingAfterTheFirstTime) {
 
 TEST_F(NoAllocation, AMenuKeyPressRepaintsWithoutAllocating) {
     ASSERT_NE(nullptr, InitFramebuffer("/dev/fb0"));
-    Vantor::CFramebuffer& fb = *Vantor::pContext->pFramebuffer;
-    CountingKeypad keypad;
-    Vantor::CMenu menu(*fb.pFontRegular, keypad);
-    for (int id = 1; id <= 10; ++id) menu.AddItem(id, "entry", id == 1);
-    menu.Draw();
-    menu.Autoresize(3);
-
-    ASSERT_EQ(3, menu.QueryMenu(fb.pScreen, fb.getScreenWidth(), fb.getScreenHeight(), 0.1f));
+    AddKeypad();
+    ASSERT_EQ(0, InitKeypad());
+    ASSERT_EQ(0, InitMenu(10, 10));
+    const char* entries[] = {"one", "two", "three", "four", "five", nullptr};
+    static long seen[5];
+    static int waits;
+    waits = 0;
+    vp_set_wait_hook([](int, void*) { seen[waits++] = AllocationCount(); }, nullptr);
+    Script("7, 7, 6, 7, 149");
+    ASSERT_EQ(3, ShowMenu(entries, eMenuVertical, eAlignLeft));
+    ASSERT_EQ(5, waits);
     // Between the first and the last wait the menu stepped and repainted three times.
-    EXPECT_EQ(0, keypad.seen[4] - keypad.seen[1]);
+    EXPECT_EQ(0, seen[4] - seen[1]);
 }

@@ -33,12 +33,6 @@ std::vector<unsigned char> FontBytes(int width, int height, const std::vector<in
     return bytes;
 }
 
-std::string WriteFont(const std::string& path, int width, int height,
-                      const std::vector<int>& codes) {
-    WriteFile(path, FontBytes(width, height, codes));
-    return path;
-}
-
 namespace {
 
 int RemoveEntry(const char* path, const struct stat*, int, struct FTW*) {
@@ -81,13 +75,6 @@ std::string ReadFile(const std::string& path) {
 int OpenDescriptors() {
     const std::filesystem::directory_iterator all("/proc/self/fd");
     return int(std::distance(all, std::filesystem::directory_iterator()));
-}
-
-int ScriptedKeypad::WaitKeyEvent(float) {
-    if (script.empty()) throw std::runtime_error("key script exhausted while a widget waits");
-    const int key = script.front();
-    script.pop_front();
-    return key;
 }
 
 }  // namespace VantorTest

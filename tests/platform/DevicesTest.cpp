@@ -1,6 +1,6 @@
-// Framebuffers, plain files and everything that is not ours, through the calls the
-// library makes. How the library draws on each layout is the interface tests' part;
-// here what a driver would answer, and that nothing else changes.
+// Framebuffers and everything that is not ours, through the calls the library makes.
+// How the library draws on each layout is the interface tests' part; here what a
+// driver would answer, and that nothing else changes.
 #include <errno.h>
 #include <fcntl.h>
 #include <linux/fb.h>
@@ -10,33 +10,7 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
-#include <fstream>
-#include <string>
-
 #include "PlatformTest.h"
-
-namespace {
-
-const char* const kFont = "/usr/share/fonts/vantor/lr.tf";
-
-std::string ReadAll(const char* path) {
-    std::ifstream in(path);
-    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-}
-
-}  // namespace
-
-// Screens no driver would describe are refused when they are made, not when drawn on.
-TEST_F(Platform, ImpossibleScreensAreRefused) {
-    const vp_screen refused[] = {
-        {0, 0, 0, 0, 32, 0},                 // no pixels
-        {64, 32, 64, 32, 32, 0, VP_RGB565},  // a depth the layout does not have
-        {64, 32, 64, 32, 32, 0, 0, 64, 0},   // the page starts outside the memory
-    };
-    for (const vp_screen& bad : refused) EXPECT_EQ(-1, vp_fb_add("/dev/fb3", &bad));
-    const vp_screen screen = {64, 32, 64, 32, 32, 0};
-    EXPECT_EQ(-1, vp_fb_add("/tmp/fb", &screen));  // not a virtual path
-}
 
 TEST_F(Platform, InjectedFailuresReachTheCallerWithTheDriversErrno) {
     vp_screen screen = {64, 32, 64, 32, 32, 0};
@@ -88,16 +62,4 @@ TEST_F(Platform, ADescriptorNumberReusedBehindOurBackIsNotTheDevice) {
     EXPECT_EQ(-1, ioctl(fd, FBIOGET_VSCREENINFO, &var));
     close(fd);
     EXPECT_EQ(0, vp_fb_close_count("/dev/fb0"));
-}
-
-// A reset takes the paths away, never what the program holds open.
-TEST_F(Platform, VirtualFilesReadLikeRealOnesAndOutliveAResetWhileOpen) {
-    ASSERT_EQ(0, vp_file_add(kFont, "font", 4));
-    const int file = open(kFont, O_RDONLY);
-    EXPECT_EQ("font", ReadAll(kFont));
-    vp_reset();
-    EXPECT_EQ(-1, access(kFont, F_OK));
-    char bytes[4];
-    EXPECT_EQ(4, read(file, bytes, sizeof(bytes)));
-    EXPECT_EQ(0, close(file));
 }

@@ -326,6 +326,14 @@ void VirtualSystem::BeforeSelect(int nfds, fd_set* readSet, const struct timeval
     WaitForKeys(EmptyNodesIn(nfds, readSet), CouldWait(timeout));
 }
 
+// Kept per thread and reused, so that a program's key wait does not allocate here:
+// tests count the library's allocations while a menu waits.
+std::vector<int>& VirtualSystem::EmptyList() {
+    thread_local std::vector<int> empty;
+    empty.clear();
+    return empty;
+}
+
 // The same for poll and ppoll; the caller has left out a time-out the call refuses.
 void VirtualSystem::BeforePoll(const struct pollfd* fds, nfds_t count, bool couldWait) {
     if (fds == nullptr || inWaitHook) return;
@@ -339,18 +347,18 @@ void VirtualSystem::WaitForKeys(const std::vector<int>& emptyNodes, bool couldWa
     }
 }
 
-std::vector<int> VirtualSystem::EmptyNodesIn(int nfds, fd_set* readSet) {
+const std::vector<int>& VirtualSystem::EmptyNodesIn(int nfds, fd_set* readSet) {
     Lock lock(mutex);
-    std::vector<int> empty;
+    std::vector<int>& empty = EmptyList();
     for (const auto& [fd, index] : table.InputDescriptors()) {
         if (fd < nfds && fd < FD_SETSIZE && FD_ISSET(fd, readSet)) AddIfEmptyNode(fd, empty);
     }
     return empty;
 }
 
-std::vector<int> VirtualSystem::EmptyNodesIn(const struct pollfd* fds, nfds_t count) {
+const std::vector<int>& VirtualSystem::EmptyNodesIn(const struct pollfd* fds, nfds_t count) {
     Lock lock(mutex);
-    std::vector<int> empty;
+    std::vector<int>& empty = EmptyList();
     for (nfds_t i = 0; i < count; ++i) {
         if (fds[i].events & POLLIN) AddIfEmptyNode(fds[i].fd, empty);
     }

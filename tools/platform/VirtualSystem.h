@@ -72,8 +72,9 @@ class VirtualSystem {
     int AddEventEntry(int index, int event);
     void RemoveEventEntry(int index, int event);
     int WriteFile(const std::string& real, const void* data, size_t size);
-    std::vector<int> EmptyNodesIn(int nfds, fd_set* readSet);
-    std::vector<int> EmptyNodesIn(const struct pollfd* fds, nfds_t count);
+    static std::vector<int>& EmptyList();
+    const std::vector<int>& EmptyNodesIn(int nfds, fd_set* readSet);
+    const std::vector<int>& EmptyNodesIn(const struct pollfd* fds, nfds_t count);
     void AddIfEmptyNode(int fd, std::vector<int>& empty);
     void WaitForKeys(const std::vector<int>& emptyNodes, bool couldWait);
     void CallWaitHook(int index);
