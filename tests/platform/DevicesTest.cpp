@@ -7,7 +7,6 @@
 #include <sys/ioctl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
-#include <sys/syscall.h>
 #include <unistd.h>
 
 #include "PlatformTest.h"
@@ -50,16 +49,4 @@ TEST_F(Platform, WhatIsNotOursPassesThroughWithItsOwnErrno) {
     errno = EINTR;
     close(open("/dev/fb0", O_RDWR));
     EXPECT_EQ(EINTR, errno);
-}
-
-TEST_F(Platform, ADescriptorNumberReusedBehindOurBackIsNotTheDevice) {
-    vp_screen screen = {8, 8, 8, 8, 32, 0};
-    vp_fb_add("/dev/fb0", &screen);
-    const int fd = open("/dev/fb0", O_RDWR);
-    syscall(SYS_close, fd);  // as close_range or an exec would
-    ASSERT_EQ(fd, open("/dev/null", O_RDWR));
-    fb_var_screeninfo var;
-    EXPECT_EQ(-1, ioctl(fd, FBIOGET_VSCREENINFO, &var));
-    close(fd);
-    EXPECT_EQ(0, vp_fb_close_count("/dev/fb0"));
 }
