@@ -241,12 +241,11 @@ TEST_F(Interface, ProgressWindowShowsUpdatesAndHides) {
     const std::vector<uint32_t> shown = Snapshot();
     EXPECT_EQ(0, UpdateProgress(nullptr, eAlignLeft, 50));
     const std::vector<uint32_t> updated = Snapshot();
-    for (int y = 0; y < kHeight; ++y) {
-        for (int x = 0; x < kWidth; ++x) {
-            const bool inBar = x >= 55 && x < 245 && y >= 90 && y < 105;
-            if (!inBar) {
-                ASSERT_EQ(shown[y * kWidth + x], updated[y * kWidth + x]) << x << "," << y;
-            }
+    for (int k = 0; k < kWidth * kHeight; ++k) {
+        const int x = k % kWidth, y = k / kWidth;
+        const bool inBar = x >= 55 && x < 245 && y >= 90 && y < 105;
+        if (!inBar) {
+            ASSERT_EQ(shown[k], updated[k]) << x << "," << y;
         }
     }
     // The bar's outline is white, its fill white up to the last column, the rest black;

@@ -1,7 +1,5 @@
 #include "TestSupport.h"
 
-#include <ftw.h>
-
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
@@ -35,17 +33,13 @@ std::vector<unsigned char> FontBytes(int width, int height, const std::vector<in
 
 namespace {
 
-int RemoveEntry(const char* path, const struct stat*, int, struct FTW*) {
-    return remove(path);
-}
-
 // Directories made by a test run are removed when the run ends.
 std::vector<std::string>& MadeDirectories() {
     static std::vector<std::string>* dirs = [] {
         std::atexit([] {
-            for (const std::string& dir : MadeDirectories()) {
-                nftw(dir.c_str(), RemoveEntry, 8, FTW_DEPTH | FTW_PHYS);
-            }
+            std::error_code ignored;
+            for (const std::string& dir : MadeDirectories())
+                std::filesystem::remove_all(dir, ignored);
         });
         return new std::vector<std::string>();
     }();

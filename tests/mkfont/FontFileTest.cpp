@@ -1,5 +1,5 @@
-// The default fonts the library ships with, and the two ways a user looks into a font
-// file: both must show the glyph the library reads.
+// The default fonts the library ships with, and how a user looks into a font file: it
+// must show the glyph the library reads.
 #include "FontFixtures.h"
 #include "vantor/BitmapFont.h"
 
@@ -34,7 +34,7 @@ TEST(DefaultFonts, RegularAndBoldHoldLatin1InTheConfiguredCell) {
     EXPECT_GT(Ink(bold.getGlyphFromCode('A'), cell), Ink(regular.getGlyphFromCode('A'), cell));
 }
 
-TEST_F(Mkfont, ShowAndSheetDrawTheGlyphsTheLibraryReads) {
+TEST_F(Mkfont, ShowDrawsTheGlyphsTheLibraryReads) {
     Vantor::CBitmapFont font(kRegular.c_str());
     const int w = font.header.glyphWidth, h = font.header.glyphHeight;
     const unsigned char* a = font.getGlyphFromCode('A');
@@ -47,18 +47,6 @@ TEST_F(Mkfont, ShowAndSheetDrawTheGlyphsTheLibraryReads) {
     ASSERT_EQ(0, show.status) << show.output;
     EXPECT_NE(std::string::npos, show.output.find("code 65 (0x41) 'A'\n" + art)) << show.output;
     EXPECT_NE(std::string::npos, show.output.find("code 128 (0x80): not in the font"));
-
-    // A sheet is 16 by 16 cells with a grid line between cells and around them.
-    ASSERT_EQ(0, Tool("--sheet " + kRegular + " " + Path("sheet.png") + " --scale 1").status);
-    const Picture sheet = ReadPng(Path("sheet.png"));
-    EXPECT_EQ(16u * (w + 1) + 1, sheet.width);
-    EXPECT_EQ(16u * (h + 1) + 1, sheet.height);
-    const int x0 = 1 + 1 * (w + 1), y0 = 1 + 4 * (h + 1);  // 'A' is 0x41: row 4, column 1
-    for (int r = 0; r < h; ++r) {
-        for (int c = 0; c < w; ++c) {
-            ASSERT_EQ(a[r * w + c] ? 0u : 0xFFFFFFu, sheet.at(x0 + c, y0 + r));
-        }
-    }
 }
 
 }  // namespace

@@ -70,23 +70,3 @@ TEST_F(Platform, ScriptHandsOverOneKeyPerWaitAfterTheHookHasLooked) {
     for (const char* bad : {"6, x", "70000"}) EXPECT_EQ(-1, vp_input_script(1, bad));
     close(fd);
 }
-
-// Only a wait that could hang ends the program; a poll, or a device that never had a
-// script, just finds nothing.
-TEST(PlatformDeathTest, UsedUpScriptEndsAWaitingProgramInsteadOfHanging) {
-    EXPECT_EXIT(
-        {
-            vp_input_add(0, "tca8418");
-            vp_input_add(1, "other");
-            vp_input_script(0, "5");
-            vp_set_exit_when_exhausted(1);
-            const int fd = open("/dev/input/event0", O_RDONLY);
-            const int other = open("/dev/input/event1", O_RDONLY);
-            Poll(fd, 10.0, 6);  // every record of the key's press and release
-            if (PollReadable(fd, 0.0) == 0 && PollReadable(other, 0.05) == 0) {
-                PollReadable(fd, 10.0);
-            }
-        },
-        ::testing::ExitedWithCode(VP_EXIT_SCRIPT_EXHAUSTED),
-        "^vantor-platform: key script exhausted while the program waits for a key\n$");
-}

@@ -87,7 +87,6 @@ TEST(Simulator, EachWayOutHasItsStatusAndLeavesNothingBehind) {
         {waits + "-INT $!; wait $!", 130, ""},
         {waits + "-TERM $!; wait $!", 143, ""},
         {sim + " --keys ok -- sh -c 'kill -SEGV $$'", 139, ""},
-        {sim + " --keys ok -- sh -c 'kill -ABRT $$'", 134, ""},
         {sim + " --keys ok -- /nonexistent/program", 127, "cannot run /nonexistent/program"},
         {sim + " --screen 800 -- /bin/true", 2, "bad --screen"},
         {sim + " -- /bin/true", 2, "no keys"},  // and no terminal

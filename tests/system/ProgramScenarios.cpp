@@ -21,7 +21,7 @@ std::string Slurp(const std::string& path) {
 
 // Install (confirm with Yes), acknowledge, device information, reboot (Yes).
 TEST(RealDevices, DemoRunsToItsEndWithKeysFromTheDevice) {
-    EXPECT_EQ(0, RunWithKeys("demo.log", {VANTOR_DEMO, "/dev/fb0", "800x480"}, VANTOR_DEMO,
+    EXPECT_EQ(0, RunWithKeys("demo.log", {VANTOR_DEMO, "/dev/fb0", "800x480"},
                              {{50, 6, 50, 50, 7, 50, 50, 7, 7, 50, 6, 50}}))
         << "see demo.log";
 }
@@ -33,7 +33,7 @@ TEST(RealDevices, InstallerScriptRunsWithKeysFromTheDevice) {
     const std::string cli = VANTOR_CLI;
     setenv("PATH", (cli.substr(0, cli.rfind('/')) + ":/bin:/usr/bin").c_str(), 1);
     EXPECT_EQ(0, RunWithKeys("installer.log",
-                             {"/bin/sh", VANTOR_INSTALLER, "/tmp/firmware.img", "/tmp/slot-"}, cli,
+                             {"/bin/sh", VANTOR_INSTALLER, "/tmp/firmware.img", "/tmp/slot-"},
                              {{7, 50}, {6, 50}, {50}}))
         << "see installer.log";
     EXPECT_EQ(Slurp("/tmp/firmware.img"), Slurp("/tmp/slot-b"));

@@ -41,29 +41,25 @@ std::string Link(const std::string& path) {
     return readlink(path.c_str(), target, PATH_MAX - 1) > 0 ? target : "";
 }
 
-// True when process pid runs the program at path (the guest may see it under /host) and
-// has node open: only then do key events reach it.
-bool HasOpen(pid_t pid, const std::string& program, const std::string& node) {
-    const std::string proc = "/proc/" + std::to_string(pid), exe = Link(proc + "/exe");
-    if (exe.size() < program.size() ||
-        exe.compare(exe.size() - program.size(), program.size(), program) != 0)
-        return false;
-    DIR* entries = opendir((proc + "/fd").c_str());
+// True when process pid has node open: only then do key events reach it.
+bool HasOpen(pid_t pid, const std::string& node) {
+    const std::string fds = "/proc/" + std::to_string(pid) + "/fd";
+    DIR* entries = opendir(fds.c_str());
     bool found = false;
     while (dirent* entry = entries ? readdir(entries) : nullptr)
-        found |= Link(proc + "/fd/" + entry->d_name) == node;
+        found |= Link(fds + "/" + entry->d_name) == node;
     if (entries) closedir(entries);
     return found;
 }
 
-// A process of program, not seen before, that has node open; 0 after ten seconds.
-pid_t NextKeyedProcess(const std::string& program, const std::string& node, std::set<pid_t>& seen) {
+// A process not seen before that has node open; 0 after ten seconds.
+pid_t NextKeyedProcess(const std::string& node, std::set<pid_t>& seen) {
     for (int tries = 0; tries < 200; ++tries) {
         DIR* proc = opendir("/proc");
         pid_t found = 0;
         while (dirent* entry = proc && found == 0 ? readdir(proc) : nullptr) {
             const pid_t pid = pid_t(std::atoi(entry->d_name));
-            if (pid > 0 && !seen.count(pid) && HasOpen(pid, program, node)) found = pid;
+            if (pid > 0 && !seen.count(pid) && HasOpen(pid, node)) found = pid;
         }
         if (proc) closedir(proc);
         if (found != 0) return *seen.insert(found).first;
@@ -91,13 +87,13 @@ pid_t Start(const std::string& log, const std::vector<std::string>& argv) {
 }  // namespace
 
 int RunWithKeys(const std::string& log, const std::vector<std::string>& argv,
-                const std::string& program, const std::vector<std::vector<int>>& steps) {
+                const std::vector<std::vector<int>>& steps) {
     const std::string node = TheKeypad().EventNode();
     const pid_t pid = Start(log, argv);
     std::set<pid_t> seen;
     bool keyed = !node.empty();
     for (size_t step = 0; keyed && step < steps.size(); ++step) {
-        keyed = NextKeyedProcess(program, node, seen) != 0;
+        keyed = NextKeyedProcess(node, seen) != 0;
         // Spaced like a person's presses: at six records a key, a burst overflows the
         // few dozen records evdev keeps for a reader, and the kernel drops the oldest.
         for (int code : steps[step]) {

@@ -1,18 +1,19 @@
 # Debian's generic amd64 kernel for the test machine: downloaded with apt-get, unpacked,
 # never installed. Sourced by run-system-tests.sh; every function fails loudly.
 
-# Which linux-image-6.1.0-N-amd64 the meta package stands for today.
+# Which linux-image-6.1.0-N-amd64 the meta package stands for today; the package lists
+# are fetched first where this machine never fetched them.
 kernel_package() {
-  local package
-  package=$(apt-cache depends linux-image-amd64 2>/dev/null |
-    awk '/Depends: linux-image-/ {print $2; exit}')
-  if [ -z "$package" ]; then  # the package lists were never fetched on this machine
-    for attempt in 1 2 3; do apt-get update -q > /dev/null && break; sleep 5; done
-    package=$(apt-cache depends linux-image-amd64 2>/dev/null |
+  local package attempt
+  for attempt in 0 1 2 3; do
+    package=$(apt-cache depends linux-image-amd64 2> /dev/null |
       awk '/Depends: linux-image-/ {print $2; exit}')
-  fi
-  [ -n "$package" ] || { echo "cannot tell which kernel linux-image-amd64 stands for" >&2; return 1; }
-  echo "$package"
+    [ -n "$package" ] && { echo "$package"; return 0; }
+    [ "$attempt" = 0 ] || sleep 5
+    apt-get update -q > /dev/null || true
+  done
+  echo "cannot tell which kernel linux-image-amd64 stands for" >&2
+  return 1
 }
 
 # The bzImage holds an xz stream whose contents are the plain ELF kernel. QEMU boots that

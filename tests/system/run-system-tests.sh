@@ -98,24 +98,19 @@ check_boot() {
   done
 }
 
-# The simulator's picture of the fixed screen on a panel of layout $1, as a PPM.
-reference_screen() {
-  local shots="$work/reference-$1"
+# Each reading (a PPM: a header, then 800x480 pixels) must equal, pixel for pixel, the
+# simulator's picture of the same program on a panel of layout $1. A black reference
+# would prove nothing.
+compare_screens() {
+  local shots="$work/reference-$1" size=$((800 * 480 * 3)) reading differ
   rm -rf "$shots"
   "$build/tools/sim/vantor-sim" --screen 800x480 --format "$1" --fonts "$fonts" --shots "$shots" \
     --keys none -- "$build/tests/system/vantor_system_screen" /dev/fb0 > "$shots.log" 2>&1 ||
     { cat "$shots.log"; fail "the simulator could not draw the reference"; }
-  pngtopnm "$(ls "$shots"/*.png | tail -1)" > "$shots.ppm"
-}
-
-# Each reading (a PPM: a header, then 800x480 pixels) must equal the simulator's picture
-# of a panel of layout $1 pixel for pixel. A black reference would prove nothing.
-compare_screens() {
-  local reference="$work/reference-$1.ppm" size=$((800 * 480 * 3)) reading differ
-  reference_screen "$1"
-  [ "$(tail -c $size "$reference" | tr -d '\0' | wc -c)" -gt 10000 ] || fail "the $1 reference is black"
+  pngtopnm "$(ls "$shots"/*.png | tail -1)" | tail -c $size > "$shots.rgb"
+  [ "$(tr -d '\0' < "$shots.rgb" | wc -c)" -gt 10000 ] || fail "the $1 reference is black"
   for reading in "${@:2}"; do
-    differ=$( (cmp -l <(tail -c $size "$reference") <(tail -c $size "$reading") || true) | wc -l)
+    differ=$( (cmp -l "$shots.rgb" <(tail -c $size "$reading") || true) | wc -l)
     echo "${reading##*/}: $differ bytes differ from the simulator's $1 picture"
     [ "$differ" = 0 ] && [ "$(stat -c %s "$reading")" -gt $size ] || failed+=("${reading##*/}")
   done
