@@ -38,6 +38,12 @@ Span ClipToScreen(const CFrame& frame, int x1, int y1, int x2, int y2, const CSc
     return span;
 }
 
+// The screen rectangle a transfer of this span changed.
+void ShowSpan(const CScreen& screen, const CFrame& frame, const Span& span) {
+    screen.Show(frame.topLeft.x + span.firstColumn, frame.topLeft.y + span.firstRow,
+                span.endColumn - span.firstColumn, span.endRow - span.firstRow);
+}
+
 }  // namespace
 
 void CCanvas::SaveBackground(const CScreen& screen) {
@@ -60,7 +66,7 @@ void CCanvas::RestoreBackground(const CScreen& screen) {
         uint8_t* to = screen.At(frame.topLeft.x + span.firstColumn, frame.topLeft.y + r);
         screen.format.WriteRaw(pBackground + r * width + span.firstColumn, to, span.Columns());
     }
-    screen.Show();
+    ShowSpan(screen, frame, span);
 }
 
 int CCanvas::Paint(const CPoint& a, const CPoint& b, const CScreen& screen) {
@@ -76,7 +82,7 @@ int CCanvas::Paint(const CPoint& a, const CPoint& b, const CScreen& screen) {
         uint8_t* to = screen.At(frame.topLeft.x + span.firstColumn, frame.topLeft.y + r);
         screen.format.EncodeRow(pPixels + r * width + span.firstColumn, to, span.Columns());
     }
-    screen.Show();
+    ShowSpan(screen, frame, span);
     return 0;
 }
 
