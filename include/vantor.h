@@ -1,7 +1,7 @@
 /*
  * vantor.h - the C interface of libvantor.
  *
- * Text, menus, dialogs and a progress window on a Linux framebuffer display, key
+ * Text, menus, dialogs and a progress window on a Linux display (fbdev or DRM), key
  * presses from a TCA8418 keypad. Every call runs on the caller's thread; none is
  * thread-safe. Colours are 0x00RRGGBB. Font 0 is the regular font, 1 the bold one.
  *
@@ -55,11 +55,16 @@ extern "C" {
 
 /* --- State ------------------------------------------------------------------ */
 
-/* Opens the framebuffer device (e.g. "/dev/fb0"), maps it and loads the fonts
- * /usr/share/fonts/vantor/lr.tf and lb.tf. Returns the library's state record
- * (opaque) or NULL with one line on stderr (and, for a device it cannot draw on, one
- * line on stdout naming the device's layout). A second call replaces the first
- * framebuffer and deletes the canvas and widgets that drew on it. */
+/* Opens the display device, maps it and loads the fonts /usr/share/fonts/vantor/lr.tf
+ * and lb.tf. The device is either kind of node: an fbdev framebuffer ("/dev/fb0") or a
+ * DRM/KMS card ("/dev/dri/card0"), on which the library sets the preferred mode of the
+ * connected display (a built-in panel first) in a buffer of its own, and gives the
+ * previous mode back when the framebuffer is replaced or the library unloaded. Returns
+ * the library's state record (opaque) or NULL with one line on stderr (and, for a
+ * device it cannot draw on, one line on stdout naming what it found there: the
+ * device's layout; or a card without dumb buffers, without a connected display, or
+ * held by another program). A second call replaces the first framebuffer and deletes
+ * the canvas and widgets that drew on it (see docs/DISPLAYS.md). */
 VANTOR_C_API void* InitFramebuffer(const char* device);
 
 /* --- Screen ------------------------------------------------------------------ */

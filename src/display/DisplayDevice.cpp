@@ -8,6 +8,8 @@
 #include <cstdio>
 #include <cstring>
 
+#include "DrmCard.h"
+#include "DrmDevice.h"
 #include "FbdevDevice.h"
 
 namespace Vantor {
@@ -19,7 +21,8 @@ const char* const kClassName = "CFramebuffer";
 }  // namespace
 
 // An fbdev node is asked first, exactly as it always was, so an fbdev device never
-// receives a request of another kind.
+// receives a request of another kind; a node that does not answer it is asked whether
+// it is a DRM card before the fbdev failure is reported.
 CDisplayDevice* CDisplayDevice::Open(const char* path) {
     const int fd = open(path, O_RDWR | O_CLOEXEC);
     if (fd < 0) {
@@ -30,6 +33,8 @@ CDisplayDevice* CDisplayDevice::Open(const char* path) {
     std::memset(&var, 0, sizeof(var));
     const int result = ioctl(fd, FBIOGET_VSCREENINFO, &var);
     if (result >= 0) return CFbdevDevice::Create(fd, path, var);
+    std::string driver;
+    if (CDrmCard::Identify(fd, driver)) return CDrmDevice::Create(fd, path, driver);
     printf("%s: cannot access variable screen info from %s: %d\n", kClassName, path, result);
     if (fd > 0) close(fd);
     return nullptr;
