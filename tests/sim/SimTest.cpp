@@ -124,3 +124,31 @@ TEST(Simulator, RunsTheDemoFromAnInstalledTreeMovedAnywhere) {
     ASSERT_EQ(0, demo.status) << demo.output;
     EXPECT_NE(std::string::npos, demo.output.find("14 screenshots in " + shots)) << demo.output;
 }
+
+// On a DRM card (and no framebuffer device at all) the demo and the installer script
+// run as they do on a framebuffer device, with the same pictures at the same moments;
+// the installer's commands find the card by themselves.
+TEST(Simulator, ShowsTheSamePicturesOnADrmCard) {
+    const std::string work = VantorTest::MakeTempDir(), cli = VANTOR_CLI;
+    ASSERT_EQ(0, Shell("head -c 100000 /dev/urandom > " + work + "/fw.img").status);
+    const struct {
+        std::string keys, program, drmProgram;
+    } cases[] = {
+        {kDemoKeys, VANTOR_DEMO, VANTOR_DEMO " /dev/dri/card0"},
+        {"down,ok,up,ok,ok", "sh " VANTOR_INSTALLER " " + work + "/fw.img " + work + "/slot-", ""},
+    };
+    for (const auto& c : cases) {
+        std::vector<std::string> shots;
+        for (const char* drm : {"", "--drm"}) {
+            shots.push_back(VantorTest::MakeTempDir());
+            const std::string program = *drm && !c.drmProgram.empty() ? c.drmProgram : c.program;
+            const ShellRun run =
+                Shell("PATH=" + cli.substr(0, cli.rfind('/')) + ":$PATH " + VANTOR_SIM + " " + drm +
+                      " --shots " + shots.back() + " --keys '" + c.keys + "' -- " + program);
+            ASSERT_EQ(0, run.status) << program << drm << run.output;
+        }
+        const ShellRun diff = Shell("diff -r " + shots[0] + " " + shots[1] + " && ls " + shots[0]);
+        EXPECT_EQ(0, diff.status) << c.program << diff.output;
+        EXPECT_NE(std::string::npos, diff.output.find("0004.png")) << c.program;
+    }
+}

@@ -24,6 +24,9 @@ namespace VantorSim {
 
 namespace {
 
+const char kDrmCard[] = "/dev/dri/card0";
+const int kConnectorEdp = 14;  // a built-in panel, as DRM numbers connector types
+
 std::string Env(const char* name) {
     const char* value = std::getenv(name);
     return value ? value : "";
@@ -33,6 +36,22 @@ unsigned long long Fingerprint(const uint32_t* pixels, size_t count) {
     unsigned long long hash = 1469598103934665603ull;
     for (size_t i = 0; i < count; ++i) hash = (hash ^ pixels[i]) * 1099511628211ull;
     return hash;
+}
+
+// What the virtual DRM card's first CRTC shows, when it shows one of our buffers
+// (XRGB8888 rows of the card's pitch); empty while the console shows.
+std::vector<uint32_t> ReadDrmPage(const std::string& card, int width, int height) {
+    vp_drm_state state;
+    const uint8_t* memory = reinterpret_cast<const uint8_t*>(vp_drm_pixels(card.c_str()));
+    if (memory == nullptr || vp_drm_read_state(card.c_str(), &state) != 0 ||
+        state.bits_per_pixel != 32 || state.width != width || state.height != height)
+        return {};
+    std::vector<uint32_t> page(size_t(width) * height);
+    for (int y = 0; y < height; ++y) {
+        const uint32_t* row = reinterpret_cast<const uint32_t*>(memory + size_t(y) * state.pitch);
+        for (int x = 0; x < width; ++x) page[size_t(y) * width + x] = row[x] & 0xFFFFFF;
+    }
+    return page;
 }
 
 void Fail(const std::string& message) {
@@ -58,6 +77,7 @@ class Session {
     SessionState state;
     LiveView view;
     std::string device = "/dev/fb0";
+    bool drm = false;
     int width = 800, height = 480, scale = 1;
     std::string shots;
     std::vector<KeyStep> script;
@@ -71,6 +91,8 @@ void Session::Start(const std::string& dir) {
         Fail("bad screen size in VANTOR_SIM_SCREEN");
     }
     if (!Env("VANTOR_SIM_FB").empty()) device = Env("VANTOR_SIM_FB");
+    drm = !Env("VANTOR_SIM_DRM").empty();
+    if (drm) device = kDrmCard;
     scale = std::max(1, std::atoi(Env("VANTOR_SIM_SCALE").c_str()));
     shots = Env("VANTOR_SIM_SHOTS");
     shotOnUpdate = !Env("VANTOR_SIM_SHOT_ON_UPDATE").empty();
@@ -83,7 +105,10 @@ void Session::Start(const std::string& dir) {
     if (!Env("VANTOR_SIM_PANEL").empty() && !Panel::Decode(Env("VANTOR_SIM_PANEL"), panel))
         Fail("bad panel in VANTOR_SIM_PANEL");
     const vp_screen screen = panel.Screen(width, height);
-    if (vp_fb_add(device.c_str(), &screen) != 0) Fail("cannot make the screen " + device);
+    // A DRM card alone, with no framebuffer device beside it, as on boards without fbdev.
+    const vp_drm_card card = {width, height, kConnectorEdp, 0};
+    if (drm ? vp_drm_add(device.c_str(), &card) != 0 : vp_fb_add(device.c_str(), &screen) != 0)
+        Fail("cannot make the screen " + device);
     if (vp_dir_map("/usr/share/fonts/vantor", Env("VANTOR_SIM_FONTS").c_str()) != 0) {
         Fail("cannot use the fonts in " + Env("VANTOR_SIM_FONTS"));
     }
@@ -99,7 +124,9 @@ void Session::Record() {
     if (shots.empty() && !liveView) return;
     // What the panel shows: the visible page, read by the device's own layout.
     const std::vector<uint32_t> page =
-        ReadVisiblePage(device, reinterpret_cast<const uint8_t*>(vp_fb_pixels(device.c_str())));
+        drm ? ReadDrmPage(device, width, height)
+            : ReadVisiblePage(device,
+                              reinterpret_cast<const uint8_t*>(vp_fb_pixels(device.c_str())));
     if (page.size() != size_t(width) * height) return;
     const uint32_t* pixels = page.data();
     const unsigned long long print = Fingerprint(pixels, page.size());

@@ -39,6 +39,8 @@ const char kUsage[] =
     "\n"
     "  --screen WxH        screen size in pixels, 32 bits per pixel (default 800x480)\n"
     "  --fb PATH           the device path the program opens (default /dev/fb0)\n"
+    "  --drm               a DRM card at /dev/dri/card0 (a built-in panel, XRGB8888)\n"
+    "                      instead of the framebuffer device; there is no /dev/fb0\n"
     "  --format NAME       the panel's pixel layout: xrgb8888 (default), xbgr8888,\n"
     "                      rgbx8888, bgrx8888, rgb888, bgr888, rgb565, bgr565\n"
     "  --pad BYTES         padding at the end of every row of screen memory\n"
@@ -69,7 +71,7 @@ const char kUsage[] =
 struct Options {
     std::string screen = "800x480", fb = "/dev/fb0", shots, fonts;
     std::vector<VantorSim::KeyStep> keys;
-    bool keysGiven = false, shotOnUpdate = false, view = true;
+    bool keysGiven = false, shotOnUpdate = false, view = true, drm = false;
     int scale = 1;
     VantorSim::Panel panel;
     std::vector<char*> program;
@@ -121,6 +123,8 @@ Options Parse(int argc, char** argv) {
         } else if (arg == "--fb") {
             options.fb = Value(i, argc, argv);
             if (options.fb.rfind("/dev/fb", 0) != 0) Fail("--fb must name a /dev/fb... path");
+        } else if (arg == "--drm") {
+            options.drm = true;
         } else if (arg == "--keys") {
             AddKeys(options, Value(i, argc, argv));
         } else if (arg == "--key-file") {
@@ -153,6 +157,8 @@ Options Parse(int argc, char** argv) {
             Fail("unknown option " + arg + " (see --help)");
         }
     }
+    if (options.drm && options.panel.Encode() != VantorSim::Panel().Encode())
+        Fail("--format, --pad and --pan describe a framebuffer device, not a --drm card");
     for (++i; i < argc; ++i) options.program.push_back(argv[i]);
     if (options.program.empty())
         Fail("no program to run: vantor-sim [options] -- PROGRAM [ARGS...]");
@@ -231,6 +237,7 @@ Environment Prepare(const Options& options, const std::string& session) {
     env.Set("VANTOR_SIM_SCREEN", options.screen);
     env.Set("VANTOR_SIM_FB", options.fb);
     env.Set("VANTOR_SIM_PANEL", options.panel.Encode());
+    if (options.drm) env.Set("VANTOR_SIM_DRM", "1");
     env.Set("VANTOR_SIM_FONTS", FindFonts(options.fonts));
     env.Set("VANTOR_SIM_KEYS", VantorSim::EncodeKeyScript(options.keys));
     env.Set("VANTOR_SIM_SCALE", std::to_string(options.scale));

@@ -39,7 +39,7 @@ int RunCopy(int argc, char** argv) {
     const std::string text = line.value("--text");
     const char* caption = text.empty() ? nullptr : text.c_str();
 
-    const std::unique_ptr<Screen> screen = OpenDisplay(line.value("--device", "/dev/fb0"));
+    const std::unique_ptr<Screen> screen = OpenDisplay(line.value("--device"));
     if (screen) {
         const Box box = screen->Place(line.value("--geometry"), screen->width() * 3 / 4,
                                       screen->cellHeight() + 30);

@@ -1,5 +1,7 @@
 #include "Screen.h"
 
+#include "DisplayChoice.h"
+
 #include <unistd.h>
 #include <vantor.h>
 
@@ -28,9 +30,15 @@ void* OpenFramebufferKeepingStdout(const std::string& device) {
 }  // namespace
 
 Screen::Screen(const std::string& device) {
-    if (OpenFramebufferKeepingStdout(device) == nullptr ||
-        getScreenSize(&screenWidth, &screenHeight) != 0 || getFontSize(0, &cellW, &cellH) != 0) {
-        throw CommandFailure(kExitNoDisplay, "cannot use the display " + device);
+    std::string tried;
+    bool opened = false;
+    for (const std::string& candidate : DisplayCandidates(device)) {
+        tried = candidate;
+        if ((opened = OpenFramebufferKeepingStdout(candidate) != nullptr)) break;
+    }
+    if (!opened || getScreenSize(&screenWidth, &screenHeight) != 0 ||
+        getFontSize(0, &cellW, &cellH) != 0) {
+        throw CommandFailure(kExitNoDisplay, "cannot use the display " + tried);
     }
 }
 
