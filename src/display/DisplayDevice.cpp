@@ -7,6 +7,8 @@
 
 #include <cstdio>
 #include <cstring>
+#include <memory>
+#include <string>
 
 #include "DrmCard.h"
 #include "DrmDevice.h"
@@ -29,14 +31,29 @@ CDisplayDevice* CDisplayDevice::Open(const char* path) {
         printf("%s: can't access frame buffer device at %s\n", kClassName, path);
         return nullptr;
     }
+    std::unique_ptr<CDisplayDevice> device;
+    try {
+        device.reset(Identify(fd, path));
+    } catch (...) {
+        if (fd > 0) close(fd);  // no device took the descriptor over
+        throw;
+    }
+    if (device == nullptr) {
+        if (fd > 0) close(fd);
+        return nullptr;
+    }
+    // From here the device owns the descriptor and gives back all it took on the way out.
+    return device->Start(path) ? device.release() : nullptr;
+}
+
+CDisplayDevice* CDisplayDevice::Identify(int fd, const char* path) {
     fb_var_screeninfo var;
     std::memset(&var, 0, sizeof(var));
     const int result = ioctl(fd, FBIOGET_VSCREENINFO, &var);
-    if (result >= 0) return CFbdevDevice::Create(fd, path, var);
+    if (result >= 0) return new CFbdevDevice(fd, var);
     std::string driver;
-    if (CDrmCard::Identify(fd, driver)) return CDrmDevice::Create(fd, path, driver);
+    if (CDrmCard::Identify(fd, driver)) return new CDrmDevice(fd, driver);
     printf("%s: cannot access variable screen info from %s: %d\n", kClassName, path, result);
-    if (fd > 0) close(fd);
     return nullptr;
 }
 

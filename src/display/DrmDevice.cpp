@@ -30,19 +30,11 @@ CDrmDevice::CDrmDevice(int descriptor, const std::string& driverName)
     fd = descriptor;
 }
 
-CDrmDevice* CDrmDevice::Create(int fd, const char* path, const std::string& driver) {
-    CDrmDevice* device = new CDrmDevice(fd, driver);
+bool CDrmDevice::Start(const char* path) {
     std::string problem, found;
-    bool ready = false;
-    if (device->card.Capability(DRM_CAP_DUMB_BUFFER) == 0)
-        device->Refuse(path, "no dumb buffers");
-    else if (!device->output.Choose(device->card, problem, found))
-        device->Refuse(path, problem, found);
-    else
-        ready = device->CreateBuffer(path) && device->Map(path) && device->SetMode(path);
-    if (ready) return device;
-    delete device;
-    return nullptr;
+    if (card.Capability(DRM_CAP_DUMB_BUFFER) == 0) return Refuse(path, "no dumb buffers");
+    if (!output.Choose(card, problem, found)) return Refuse(path, problem, found);
+    return CreateBuffer(path) && Map(path) && SetMode(path);
 }
 
 CDrmDevice::~CDrmDevice() {

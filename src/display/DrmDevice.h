@@ -15,16 +15,15 @@ namespace Vantor {
 // previous state is put back at the end, so the console returns as it was.
 class CDrmDevice : public CDisplayDevice {
   public:
-    // Takes over the open descriptor of a card whose driver is named driver. Null (and
-    // the descriptor closed) after one line on stdout.
-    static CDrmDevice* Create(int fd, const char* path, const std::string& driver);
+    // Takes over the open descriptor of a card whose driver is named driver.
+    CDrmDevice(int descriptor, const std::string& driver);
     ~CDrmDevice() override;
 
+    bool Start(const char* path) override;
     void Describe(fb_var_screeninfo& var, fb_fix_screeninfo& fix) const override;
     void Show(int x, int y, int width, int height) const override;
 
   private:
-    CDrmDevice(int descriptor, const std::string& driver);
     bool Refuse(const char* path, const std::string& what, const std::string& found = "") const;
     bool CreateBuffer(const char* path);
     bool TryBuffer(uint32_t bitsPerPixel, uint32_t depth);
