@@ -33,15 +33,83 @@ read_screen() {
     /host/usr/bin/fbcat "$1" > "/results/$2.ppm"
 }
 
-# QEMU's own picture of the bochs display, which the runner takes when asked. No console
-# took that display over, so only the library's own pan can have made it show.
+# QEMU's own picture of a display, which the runner takes when asked: $1.ppm of QEMU's
+# device $2 (by default scanout.ppm of the first display). In the fbdev boots no console
+# took the bochs display over, so only the library's own pan can have made it show.
 screendump() {
     sleep 1  # the DRM layer copies written pages to the display after a short delay
-    touch /results/screendump-wanted
+    rm -f /results/screendump-done
+    echo "${1:-} ${2:-}" > /results/screendump-wanted
     for tick in $(seq 100); do
         [ -f /results/screendump-done ] && return
         usleep 100000
     done
+}
+
+# Like load, but module $2 of list $1 gets the remaining arguments, and modules already
+# loaded (by an earlier list) are left alone.
+load_giving() {
+    list=$1
+    target=$2
+    shift 2
+    for module in $(cat "$list"); do
+        name=$(echo "${module%.ko}" | tr - _)
+        [ -d "/sys/module/$name" ] && continue
+        if [ "${module%.ko}" = "$target" ]; then insmod "/modules/$module" "$@"
+        else insmod "/modules/$module"; fi || echo "cannot load $module"
+    done
+}
+
+# The fixed screen on DRM card $1, held while QEMU's device $3 is dumped as $2.ppm and
+# the command $4 (if any) runs, given the card.
+held_screen() {
+    rm -f /tmp/release
+    "$SCREEN" "$1" /tmp/release > "/results/screen-$2.log" 2>&1 &
+    holder=$!
+    for tick in $(seq 300); do
+        grep -q held "/results/screen-$2.log" && break
+        usleep 100000
+    done
+    screendump "$2" "$3"
+    [ -z "${4:-}" ] || "$4" "$1"
+    touch /tmp/release
+    wait "$holder"
+    echo $? > "/results/screen-$2.status"
+}
+
+# A second program on the card while the first holds it: refused with the line, at once.
+second_opener() {
+    timeout 30 "$SCREEN" "$1" > /results/second-opener.log 2>&1
+    refused=$?
+    grep -q "another program owns the display" /results/second-opener.log && [ "$refused" = 1 ]
+    echo $? > /results/second-opener.status
+}
+
+# The card opened here too, so closing the program's descriptor is not the last close,
+# at which the kernel would put its console back by itself.
+keep_card_open() {
+    exec 3< "$1"
+}
+
+# The DRM boot. bochs first without fbdev emulation: no /dev/fb0 at all, and the demo
+# and the installer find the card. Then bochs with the console on it, which must come
+# back after the program; then virtio-gpu, which shows only what it is told changed.
+drm_steps() {
+    load_giving /modules/bochs.order drm_kms_helper fbdev_emulation=0
+    step no-fbdev sh -c '! ls /dev/fb* 2> /dev/null && ls /dev/dri/card0'
+    step programs "$PROGRAM" --gtest_filter='RealDevices.*'
+    held_screen /dev/dri/card0 bochs-drm bochs second_opener
+    rmmod bochs
+    echo Y > /sys/module/drm_kms_helper/parameters/fbdev_emulation
+    insmod /modules/bochs.ko
+    printf '\033[2J\033[HThe console of the DRM boot\n' > /dev/tty1
+    screendump console-before bochs
+    held_screen /dev/dri/card0 bochs-console bochs keep_card_open
+    screendump console-after bochs
+    exec 3<&-
+    echo N > /sys/module/drm_kms_helper/parameters/fbdev_emulation
+    load_giving /modules/virtio-gpu.order none
+    held_screen /dev/dri/card1 virtio
 }
 
 mkdir -p /proc /sys /dev /tmp /host /results /etc /usr/share/fonts/vantor
@@ -61,6 +129,14 @@ cp "$FONTS/lr.tf" "$FONTS/lb.tf" /usr/share/fonts/vantor/
 # vfb at 800x480x32 as fb0 (the "M" makes it compute the timings, without it the mode
 # falls back to 640x480), the bochs display as fb1. The console lets go of both, or its
 # cursor would draw over what is read back.
+# The runner reads "uptime" last: without it the guest stopped early.
+power_off() {
+    echo "kernel reached /init at $started s, done at $(cut -d' ' -f1 /proc/uptime) s" > /results/uptime
+    sync
+    poweroff -f
+}
+
+[ -n "${DRM:-}" ] && { drm_steps; power_off; }
 load /modules/vfb.order vfb_enable=1 videomemorysize=1536000 mode_option=800x480M-32
 load /modules/bochs.order
 for console in /sys/class/vtconsole/vtcon*/bind; do echo 0 > "$console"; done
@@ -77,6 +153,4 @@ if [ -n "$SCREEN" ]; then
     insmod /modules/vfb.ko vfb_enable=1 videomemorysize=1536000 mode_option=800x480M-16
     read_screen /dev/fb0 vfb16
 fi
-echo "kernel reached /init at $started s, done at $(cut -d' ' -f1 /proc/uptime) s" > /results/uptime
-sync
-poweroff -f
+power_off

@@ -33,13 +33,15 @@ build_32bit() {
 }
 
 # busybox as /init's shell, /init itself, and the modules with lists in loading order:
-# the shares and input (base), vfb, and the bochs display with the DRM layer under it.
+# the shares and input (base), vfb, the bochs display with the DRM layer under it, and
+# virtio-gpu.
 make_initramfs() {
   local root="$work/initramfs" list module
   rm -rf "$root" && mkdir -p "$root/bin" "$root/modules"
   cp "$(command -v busybox)" "$root/bin/busybox"
   cp "$here/guest-init.sh" "$root/init"
-  for list in "base:virtio_pci 9pnet_virtio 9p evdev uinput" "vfb:vfb" "bochs:bochs"; do
+  for list in "base:virtio_pci 9pnet_virtio 9p evdev uinput" "vfb:vfb" "bochs:bochs" \
+    "virtio-gpu:virtio-gpu"; do
     MODULES_SEEN=""
     : > "$root/modules/${list%%:*}.order"
     # shellcheck disable=SC2086 # a list of module names
@@ -51,23 +53,36 @@ make_initramfs() {
   (cd "$root" && find . | busybox cpio -o -H newc 2> /dev/null | gzip -1 > "$work/initramfs.gz")
 }
 
-# Takes QEMU's picture of the bochs display (scanout.ppm) when the guest asks for it.
+# Takes QEMU's picture of a display each time the guest asks: the request names the
+# picture (default scanout.ppm) and QEMU's device (default the first display). A picture
+# that does not come within 10 s is left to the comparison to miss.
 serve_screendump() {
-  local results=$1 monitor=$2
-  until [ -f "$results/screendump-wanted" ]; do sleep 0.1; done
-  echo "screendump $results/scanout.ppm" > "$monitor.in"
-  until [ "$(stat -c %s "$results/scanout.ppm" 2> /dev/null || echo 0)" -ge $((15 + 800 * 480 * 3)) ]; do
-    sleep 0.1
+  local results=$1 monitor=$2 name device tick
+  while :; do
+    until [ -f "$results/screendump-wanted" ]; do sleep 0.1; done
+    read -r name device < "$results/screendump-wanted" || true
+    rm -f "$results/screendump-wanted"
+    name="$results/${name:-scanout}.ppm"
+    echo "screendump $name $device" > "$monitor.in"
+    for tick in $(seq 100); do
+      [ "$(stat -c %s "$name" 2> /dev/null || echo 0)" -ge $((15 + 800 * 480 * 3)) ] && break
+      sleep 0.1
+    done
+    touch "$results/screendump-done"
   done
-  touch "$results/screendump-done"
 }
 
-# One boot: $1 names it (64 or 32), $2 is the scenario program, $3 the screen program
-# (empty: no screen readings). Results land in results-$1.
+# One boot: $1 names it (64, 32 or drm), $2 is the scenario program, $3 the screen
+# program (empty: no screen readings). Results land in results-$1. The drm boot has a
+# virtio-gpu display too, first so that it is QEMU's default one, and tells the guest.
 boot() {
-  local results="$work/results-$1" monitor="$work/monitor-$1" status=0 server
+  local results="$work/results-$1" monitor="$work/monitor-$1" status=0 server displays=()
   rm -rf "$results" "$monitor".* && mkdir -p "$results" && mkfifo "$monitor.in" "$monitor.out"
   printf 'BUILD=%s\nFONTS=%s\nPROGRAM=%s\nSCREEN=%s\n' "$build" "$fonts" "$2" "$3" > "$results/config"
+  if [ "$1" = drm ]; then
+    echo "DRM=1" >> "$results/config"
+    displays=(-device virtio-gpu-pci,xres=800,yres=480)
+  fi
   serve_screendump "$results" "$monitor" &
   local server=$!
   timeout 300 qemu-system-x86_64 -nodefaults -machine pc,i8042=off -accel tcg -m 768 -smp 1 \
@@ -76,7 +91,8 @@ boot() {
     -virtfs local,path=/,mount_tag=hostroot,security_model=none,readonly=on,multidevs=remap \
     -virtfs local,path="$results",mount_tag=results,security_model=none,multidevs=remap \
     -chardev pipe,id=monitor,path="$monitor" -mon chardev=monitor,mode=readline \
-    -device bochs-display,xres=800,yres=480 -serial file:"$results/console.log" \
+    "${displays[@]}" -device bochs-display,id=bochs,xres=800,yres=480 \
+    -serial file:"$results/console.log" \
     -display none -no-reboot || status=$?
   kill "$server" 2> /dev/null || true
   echo "machine $1: QEMU status $status, $(cat "$results/uptime" 2> /dev/null || echo "no uptime")"
@@ -99,13 +115,15 @@ check_boot() {
 }
 
 # Each reading (a PPM: a header, then 800x480 pixels) must equal, pixel for pixel, the
-# simulator's picture of the same program on a panel of layout $1. A black reference
-# would prove nothing.
+# simulator's picture of the same program on a panel of layout $1, or on its DRM card
+# when $1 is drm. A black reference would prove nothing.
 compare_screens() {
   local shots="$work/reference-$1" size=$((800 * 480 * 3)) reading differ
+  local panel=(--format "$1") device=/dev/fb0
+  [ "$1" = drm ] && panel=(--drm) && device=/dev/dri/card0
   rm -rf "$shots"
-  "$build/tools/sim/vantor-sim" --screen 800x480 --format "$1" --fonts "$fonts" --shots "$shots" \
-    --keys none -- "$build/tests/system/vantor_system_screen" /dev/fb0 > "$shots.log" 2>&1 ||
+  "$build/tools/sim/vantor-sim" --screen 800x480 "${panel[@]}" --fonts "$fonts" --shots "$shots" \
+    --keys none -- "$build/tests/system/vantor_system_screen" "$device" > "$shots.log" 2>&1 ||
     { cat "$shots.log"; fail "the simulator could not draw the reference"; }
   pngtopnm "$(ls "$shots"/*.png | tail -1)" | tail -c $size > "$shots.rgb"
   [ "$(tr -d '\0' < "$shots.rgb" | wc -c)" -gt 10000 ] || fail "the $1 reference is black"
@@ -127,9 +145,11 @@ build_32bit
 make_initramfs
 boot 64 "$build/tests/system/vantor_system_scenarios" "$build/tests/system/vantor_system_screen"
 boot 32 "$build/i686/tests/system/vantor_system_scenarios" ""
+boot drm "$build/tests/system/vantor_system_scenarios" "$build/tests/system/vantor_system_screen"
 failed=()
 check_boot "$work/results-64"
 check_boot "$work/results-32"
+check_boot "$work/results-drm"
 [ ${#failed[@]} -eq 0 ] || fail "failed: ${failed[*]}"
 
 # What fbcat read from each device, decoded by the layout its driver declares, and what
@@ -138,4 +158,15 @@ results="$work/results-64"
 compare_screens xbgr8888 "$results/vfb.ppm"
 compare_screens xrgb8888 "$results/bochs.ppm" "$results/scanout.ppm"
 compare_screens bgr565 "$results/vfb16.ppm"
+# The DRM cards while the program holds them: bochs without and with fbdev emulation, and
+# virtio-gpu, which shows only the rectangles DIRTYFB named. After the program the console
+# is back on bochs exactly as before it.
+results="$work/results-drm"
+compare_screens drm "$results/bochs-drm.ppm" "$results/bochs-console.ppm" "$results/virtio.ppm"
+if cmp -s "$results/console-before.ppm" "$results/console-after.ppm" &&
+  ! cmp -s "$results/console-before.ppm" "$results/bochs-console.ppm"; then
+  echo "console-after.ppm: the console is back as it was"
+else
+  failed+=("console-after.ppm")
+fi
 [ ${#failed[@]} -eq 0 ] || fail "screens differ from the simulator's: ${failed[*]}"

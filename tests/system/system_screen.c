@@ -1,7 +1,11 @@
 /* Draws one fixed screen with every kind of drawing the library does and leaves it
  * there, so the same screen can be read from a real framebuffer and from the simulator
- * and compared pixel for pixel. */
+ * and compared pixel for pixel. A DRM card shows it only while the program runs: given
+ * a second argument, the program says "held" and keeps the card until that file exists.
+ *   vantor_system_screen [DEVICE [RELEASE-FILE]] */
 #include <stddef.h>
+#include <stdio.h>
+#include <unistd.h>
 #include <vantor.h>
 
 int main(int argc, char** argv) {
@@ -19,5 +23,10 @@ int main(int argc, char** argv) {
     ShowDialog(lines, 0, eAlignLeft);
     InitProgress(40, 300, 320, 70);
     ShowProgress("Forty-two percent", eAlignLeft, 42.0f);
+    if (argc > 2) {
+        puts("held");
+        fflush(stdout);
+        while (access(argv[2], F_OK) != 0) usleep(50000);
+    }
     return 0;
 }
