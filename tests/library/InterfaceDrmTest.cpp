@@ -5,6 +5,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstring>
 
 #include "InterfaceFixture.h"
@@ -56,12 +57,14 @@ class Drm : public Interface {
 };
 
 // Whatever device is behind it, a drawing leaves the same pixels, in both the 32-bit
-// and the 16-bit layout a card may scan out. At this width the card pads its rows.
+// and the 16-bit layout a card may scan out, and where the driver has no dirty hook.
+// At this width the card pads its rows.
 TEST_F(Drm, SamePictureAsOnFbdev) {
     const int width = 300;
     const struct {
         int flags, bpp, layout;
-    } cases[] = {{0, 32, VP_XRGB8888}, {VP_DRM_ONLY_16, 16, VP_RGB565}};
+    } cases[] = {
+        {0, 32, VP_XRGB8888}, {VP_DRM_ONLY_16, 16, VP_RGB565}, {VP_DRM_NO_DIRTY, 32, VP_XRGB8888}};
     for (const auto& c : cases) {
         const vp_screen screen = {width, kHeight, width, kHeight, c.bpp, 0, c.layout};
         ASSERT_EQ(0, vp_fb_add("/dev/fb0", &screen));
@@ -180,5 +183,16 @@ TEST_F(Drm, GivesTheCardBackAsItWas) {
         EXPECT_EQ(0, state.buffers) << c.name;
         EXPECT_EQ(0, state.framebuffers) << c.name;
         EXPECT_FALSE(state.master_held) << c.name;  // the card's descriptor is closed
+    }
+}
+
+// A request interrupted by a signal is made again, wherever in the start-up it happens.
+TEST_F(Drm, StartsDespiteAnInterruptedRequest) {
+    for (int nth = 1; nth <= 20; ++nth) {
+        AddCard();
+        vp_fail_call("ioctl", EINTR, nth);
+        EXPECT_NE(nullptr, InitFramebuffer(kCard)) << "request " << nth;
+        EXPECT_FALSE(CardState().console_shown) << "request " << nth;
+        InitFramebuffer(nullptr);  // gives the card back
     }
 }
