@@ -13,7 +13,6 @@ namespace Vantor {
 namespace {
 
 const char* const kClassName = "CFramebuffer";
-const unsigned kMaxSide = 65536;
 
 struct SBufferFormat {
     uint32_t bitsPerPixel;
@@ -22,6 +21,11 @@ struct SBufferFormat {
 
 const SBufferFormat kXrgb8888 = {32, 24};
 const SBufferFormat kRgb565 = {16, 16};
+
+// The kernel fills the name field but need not end it.
+std::string ModeName(const drm_mode_modeinfo& mode) {
+    return std::string(mode.name, strnlen(mode.name, sizeof(mode.name)));
+}
 
 }  // namespace
 
@@ -64,9 +68,8 @@ bool CDrmDevice::CreateBuffer(const char* path) {
     const SBufferFormat order[] = {prefers16 ? kRgb565 : kXrgb8888,
                                    prefers16 ? kXrgb8888 : kRgb565};
     const drm_mode_modeinfo& mode = output.mode;
-    if (mode.hdisplay == 0 || mode.vdisplay == 0 || mode.hdisplay > kMaxSide ||
-        mode.vdisplay > kMaxSide)
-        return Refuse(path, "unusable mode " + std::string(mode.name) + " of " + output.name);
+    if (mode.hdisplay == 0 || mode.vdisplay == 0)
+        return Refuse(path, "an empty mode on " + output.name);
     int error = 0;
     for (const SBufferFormat& format : order) {
         if (TryBuffer(format.bitsPerPixel, format.depth)) return true;
@@ -154,8 +157,8 @@ bool CDrmDevice::SetMode(const char* path) {
     const int error = card.Request(DRM_IOCTL_MODE_SETCRTC, &crtc);
     if (error == EACCES || error == EBUSY) return Refuse(path, "another program owns the display");
     if (error != 0)
-        return Refuse(path, "cannot show " + std::string(output.mode.name) + " on " + output.name +
-                                ": " + std::strerror(error));
+        return Refuse(path, "cannot show " + ModeName(output.mode) + " on " + output.name + ": " +
+                                std::strerror(error));
     modeSet = true;
     return true;
 }

@@ -39,7 +39,9 @@ read_screen() {
 screendump() {
     sleep 1  # the DRM layer copies written pages to the display after a short delay
     rm -f /results/screendump-done
-    echo "${1:-} ${2:-}" > /results/screendump-wanted
+    # Written aside and renamed, so the runner never reads a request half written.
+    echo "${1:-} ${2:-}" > /results/screendump-request
+    mv /results/screendump-request /results/screendump-wanted
     for tick in $(seq 100); do
         [ -f /results/screendump-done ] && return
         usleep 100000
