@@ -169,10 +169,13 @@ TEST_F(Drm, GivesTheCardBackAsItWas) {
         std::function<void()> release;
     } cases[] = {
         {"another InitFramebuffer", [] { InitFramebuffer("/dev/fb0"); }},
-        {"unload", [] { Vantor::VantorCleanup(); }},
+        {"unload",
+         [] {
+             Vantor::VantorCleanup();
+             Vantor::VantorInit();  // a fresh state, as after loading the library again
+         }},
     };
     for (const auto& c : cases) {
-        Vantor::VantorInit();
         AddCard();
         ASSERT_NE(nullptr, InitFramebuffer(kCard));
         Draw();
