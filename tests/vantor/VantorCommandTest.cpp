@@ -92,6 +92,11 @@ TEST(VantorCommand, RefusesWhatItCannotDoWithItsOwnStatusAndMessage) {
         EXPECT_EQ("", run.out) << c.args;
     }
     EXPECT_EQ(0, RunVantor("menu --help").status);
+    // Without --device the display named in the environment is the one used.
+    setenv("VANTOR_DEVICE", "/dev/fb7", 1);
+    const Outcome named = RunVantor("menu A");
+    unsetenv("VANTOR_DEVICE");
+    EXPECT_NE(std::string::npos, named.err.find("cannot use the display /dev/fb7")) << named.err;
 }
 
 TEST(VantorCommand, CopiesWithTheBarAndSaysWhatFailed) {
