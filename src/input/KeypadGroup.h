@@ -33,8 +33,6 @@ class CKeypadGroup : public CKeypad {
     int OpenDevice() override;
     int WaitKeyEvent(float timeout) override;
 
-    size_t DeviceCount() const { return devices.size(); }
-
   private:
     void Find(const std::vector<std::string>& entries);
     void Add(const std::string& path);
