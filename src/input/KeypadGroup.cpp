@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "KeypadGroup.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <cstring>
 
 #include "InputDirectory.h"
@@ -12,6 +15,13 @@ namespace Vantor {
 namespace {
 
 const char kNodePrefix[] = "/dev/input/";
+
+// A directory named as a node (/dev/input/by-id) opens, and then polls as always
+// readable while every read fails: a menu waiting on it would never sleep.
+bool IsDirectory(int fd) {
+    struct stat status;
+    return fstat(fd, &status) == 0 && S_ISDIR(status.st_mode);
+}
 
 char* CopyOf(const std::string& text) {
     char* copy = new char[text.size() + 1];
@@ -69,7 +79,11 @@ void CKeypadGroup::Add(const std::string& path) {
 int CKeypadGroup::OpenDevice() {
     for (size_t k = 0; k < devices.size(); ++k) {
         CKeypad& device = *devices[k];
-        if (device.fd <= 0 && device.OpenDevice() == 0) opened = true;
+        if (device.fd <= 0 && device.OpenDevice() == 0 && IsDirectory(device.fd)) {
+            close(device.fd);
+            device.fd = -1;
+        }
+        if (device.fd > 0) opened = true;
         watched[k].fd = device.fd > 0 ? device.fd : -1;
     }
     UpdateDescriptor();

@@ -94,7 +94,7 @@ TEST_F(KeyDevices, NamesMatchEveryInputNumberAndNodesAreOpenedAsTheyAre) {
     EXPECT_STREQ("/dev/input/event3", pContext->pKeypad->pDevicePath);  // input12 first
     for (int input : {9, 12, 20, 5}) EXPECT_EQ(1, vp_input_open_count(input)) << input;
     EXPECT_TRUE(fcntl(pContext->pKeypad->fd, F_GETFD) & FD_CLOEXEC);
-    ASSERT_EQ(0, setKeyDevices("no-such-device,/dev/input/event7"));
+    ASSERT_EQ(0, setKeyDevices("no-such-device,/dev/input/event7,/dev/input/"));
     EXPECT_EQ(-19, InitKeypad());
     for (int input : {9, 12, 20, 5}) EXPECT_EQ(0, vp_input_open_count(input)) << input;
 }
