@@ -19,6 +19,12 @@ namespace {
 
 const char* kEntries[] = {"A", "B", "C", nullptr};
 
+// The keypad at input0 and three gpio-keys buttons at input12, whose node is event3.
+void AddKeypadAndButtons() {
+    ASSERT_EQ(0, vp_input_add(0, "tca8418 keypad"));
+    ASSERT_EQ(0, vp_input_add_numbered(12, 3, "gpio-keys"));
+}
+
 std::string Entries(int count, const std::string& entry) {
     std::string list;
     for (int k = 0; k < count; ++k) list += (k ? "," : "") + entry;
@@ -27,58 +33,30 @@ std::string Entries(int count, const std::string& entry) {
 
 }  // namespace
 
-class KeyDevices : public Interface {
-  protected:
-    void SetUp() override {
-        Interface::SetUp();
-        setKeyDevices(nullptr);
-        resetKeyCodes(VANTOR_KEYCODES_TCA8418);
-    }
-    void TearDown() override {
-        setKeyDevices(nullptr);
-        resetKeyCodes(VANTOR_KEYCODES_TCA8418);
-        Interface::TearDown();
-    }
-    // The keypad at input0 and three gpio-keys buttons at input12, whose node is event3.
-    void AddKeypadAndButtons() {
-        AddKeypad();
-        ASSERT_EQ(0, vp_input_add_numbered(12, 3, "gpio-keys"));
-    }
-};
+using KeyDevices = Interface;
 
-TEST_F(KeyDevices, ListsAndCodesAreCheckedAndABadOneChangesNothing) {
-    const std::pair<const char*, int> lists[] = {
-        {"gpio-keys", 0},
-        {" tca8418 , /dev/input/event3 ,", 0},  // blanks and an empty entry are dropped
-        {",", -1},
-        {"", 0},
-    };
-    for (const auto& [list, result] : lists) EXPECT_EQ(result, setKeyDevices(list)) << list;
-    EXPECT_EQ(0, setKeyDevices(Entries(16, "k").c_str()));
-    EXPECT_EQ(0, setKeyDevices(std::string(255, 'k').c_str()));
-    EXPECT_EQ(0, setKeyDevices("keypad"));
-    EXPECT_EQ(-1, setKeyDevices(Entries(17, "k").c_str()));
-    EXPECT_EQ(-1, setKeyDevices(std::string(256, 'k').c_str()));
-
-    const struct {
-        int code, key, result;
-    } codes[] = {{0, VANTOR_KEY_OK, 0},
-                 {767, VANTOR_KEY_HOME, 0},
-                 {30, 0, 0},
-                 {-1, VANTOR_KEY_OK, -1},
-                 {768, VANTOR_KEY_OK, -1},
-                 {30, 11, -1},
-                 {30, -1, -1}};
-    for (const auto& c : codes) EXPECT_EQ(c.result, setKeyCode(c.code, c.key)) << c.code;
+// Too many or too long entries, codes and keys out of range, unknown sets: refused, and
+// the last good choice holds. Beyond 16 devices, the rest are left closed.
+TEST_F(KeyDevices, ChoicesBeyondTheLimitsAreRefusedAndChangeNothing) {
+    const std::pair<std::string, int> lists[] = {{" gpio-keys , /dev/input/event3 ,", 0},
+                                                 {",", -1},
+                                                 {"", 0},
+                                                 {Entries(16, "k"), 0},
+                                                 {std::string(255, 'k'), 0},
+                                                 {"gpio-keys", 0},
+                                                 {Entries(17, "k"), -1},
+                                                 {std::string(256, 'k'), -1}};
+    for (const auto& [list, result] : lists) EXPECT_EQ(result, setKeyDevices(list.c_str())) << list;
+    const int codes[][3] = {{0, VANTOR_KEY_OK, 0},   {767, VANTOR_KEY_HOME, 0}, {30, 0, 0},
+                            {-1, VANTOR_KEY_OK, -1}, {768, VANTOR_KEY_OK, -1},  {30, 11, -1}};
+    for (const auto& c : codes) EXPECT_EQ(c[2], setKeyCode(c[0], c[1])) << c[0] << " " << c[1];
     EXPECT_EQ(-1, resetKeyCodes(2));
-    EXPECT_EQ(-1, resetKeyCodes(-1));
 
-    // The refused lists changed nothing: "keypad" still holds.
-    AddKeypad(0, "keypad");
-    AddKeypad(1, "tca8418");
-    EXPECT_EQ(0, InitKeypad());
-    EXPECT_STREQ("/dev/input/event0", pContext->pKeypad->pDevicePath);
-    EXPECT_EQ(0, vp_input_open_count(1));
+    AddKeypad(0, "tca8418");
+    for (int k = 0; k < 17; ++k) ASSERT_EQ(0, vp_input_add(30 + k, "gpio-keys"));
+    ASSERT_EQ(0, InitKeypad());
+    EXPECT_EQ(0, vp_input_open_count(0));
+    for (int k = 0; k < 17; ++k) EXPECT_EQ(k < 16 ? 1 : 0, vp_input_open_count(30 + k)) << k;
 }
 
 // The default stays the keypad among input0 to input8; a chosen name is looked for at
@@ -99,40 +77,18 @@ TEST_F(KeyDevices, NamesMatchEveryInputNumberAndNodesAreOpenedAsTheyAre) {
     for (int input : {9, 12, 20, 5}) EXPECT_EQ(0, vp_input_open_count(input)) << input;
 }
 
-TEST_F(KeyDevices, AtMostSixteenDevicesAreOpened) {
-    for (int k = 0; k < 17; ++k) ASSERT_EQ(0, vp_input_add(30 + k, "gpio-keys"));
-    ASSERT_EQ(0, setKeyDevices("gpio-keys"));
-    ASSERT_EQ(0, InitKeypad());
-    for (int k = 0; k < 17; ++k) EXPECT_EQ(k < 16 ? 1 : 0, vp_input_open_count(30 + k)) << k;
-}
-
-// Every key of the common set, from a button device, while the keypad's keys still
-// work; with the default set the buttons give nothing. setKeyCode applies to the keypad
-// already open.
+// Keys of the common set from a button device, with the keypad's still working; with
+// the default set the buttons give nothing. setKeyCode applies to the open keypad.
 TEST_F(KeyDevices, CodeSetsAndSingleCodesApplyToTheNextRecord) {
     AddKeypadAndButtons();
     ASSERT_EQ(0, setKeyDevices("gpio-keys"));
     ASSERT_EQ(0, InitKeypad());
-    const std::pair<int, int> common[] = {
-        {KEY_UP, VANTOR_KEY_UP},
-        {KEY_LEFT, VANTOR_KEY_UP},
-        {KEY_VOLUMEUP, VANTOR_KEY_UP},
-        {KEY_DOWN, VANTOR_KEY_DOWN},
-        {KEY_RIGHT, VANTOR_KEY_DOWN},
-        {KEY_VOLUMEDOWN, VANTOR_KEY_DOWN},
-        {KEY_ENTER, VANTOR_KEY_OK},
-        {KEY_KPENTER, VANTOR_KEY_OK},
-        {KEY_POWER, VANTOR_KEY_OK},
-        {KEY_SPACE, VANTOR_KEY_SELECT},
-        {KEY_BACKSPACE, VANTOR_KEY_BACK},
-        {KEY_ESC, VANTOR_KEY_CANCEL},
-        {KEY_HOME, VANTOR_KEY_HOME},
-        {KEY_PROG2, VANTOR_KEY_OK},
-        {KEY_A, -1},
-    };
+    const int keys[][2] = {{KEY_VOLUMEUP, VANTOR_KEY_UP}, {KEY_RIGHT, VANTOR_KEY_DOWN},
+                           {KEY_POWER, VANTOR_KEY_OK},    {KEY_ESC, VANTOR_KEY_CANCEL},
+                           {KEY_PROG2, VANTOR_KEY_OK},    {KEY_A, -1}};
     for (int set : {VANTOR_KEYCODES_TCA8418, VANTOR_KEYCODES_COMMON}) {
         ASSERT_EQ(0, resetKeyCodes(set));
-        for (const auto& [code, key] : common) {
+        for (const auto& [code, key] : keys) {
             Press(code, 12);
             const int expected = set == VANTOR_KEYCODES_COMMON || code == KEY_PROG2 ? key : -1;
             EXPECT_EQ(expected, WaitKey(0.0f)) << set << " " << code;
@@ -140,7 +96,7 @@ TEST_F(KeyDevices, CodeSetsAndSingleCodesApplyToTheNextRecord) {
     }
     ASSERT_EQ(0, setKeyCode(KEY_A, VANTOR_KEY_HOME));
     ASSERT_EQ(0, setKeyCode(KEY_POWER, 0));
-    const std::pair<int, int> changed[] = {{KEY_A, VANTOR_KEY_HOME}, {KEY_POWER, -1}};
+    const int changed[][2] = {{KEY_A, VANTOR_KEY_HOME}, {KEY_POWER, -1}};
     for (const auto& [code, key] : changed) {
         Press(code, 12);
         EXPECT_EQ(key, WaitKey(0.0f)) << code;
