@@ -111,9 +111,10 @@ VANTOR_C_API int InitKeypad(void);
 /* Waits at most timeout seconds (0 looks once; negative or NaN fails at once; huge
  * values wait about 68 years) for a key press on any of the open devices, and answers
  * one record per call, taking turns so that no device starves another. Returns a
- * VANTOR_KEY_* code, or -1: no key pressed, no keypad, a key that gives no code, or a
- * device went away (it is closed and the others go on; once the last one is gone,
- * later calls wait out their time-out until InitKeypad finds one again). */
+ * VANTOR_KEY_* code, or -1: no key pressed, no keypad, a key that gives no code, or
+ * the last open device went away. A device that goes away is closed and the wait goes
+ * on with the others; once none is left, later calls wait out their time-out until
+ * InitKeypad finds one again. */
 VANTOR_C_API int WaitKey(float timeout);
 
 /* Chooses the key devices of the next InitKeypad, as a comma-separated list. An entry

@@ -91,30 +91,36 @@ int CKeypadGroup::OpenDevice() {
 }
 
 // One poll for all devices. The look for a ready one starts after the device that
-// answered last, so a device that always has records cannot starve the others.
+// answered last, so a device that always has records cannot starve the others. A device
+// found gone is closed and the wait goes on with the others until the deadline: only
+// the loss of the last one ends it early.
 int CKeypadGroup::WaitKeyEvent(float timeout) {
     const int64_t wait = KeyWait::WaitNanoseconds(timeout);
     if (wait < 0) return -1;
     const int64_t deadline = KeyWait::NowNanoseconds() + wait;
-    if (KeyWait::PollUntil(watched.data(), watched.size(), deadline) <= 0) return -1;
+    for (;;) {
+        if (KeyWait::PollUntil(watched.data(), watched.size(), deadline) <= 0) return -1;
+        const size_t ready = NextReady();
+        if (ready == watched.size()) return -1;
+        // The device reads its one record (or finds itself gone) without waiting.
+        CKeypad& device = *devices[ready];
+        const int code = device.WaitKeyEvent(0.0f);
+        if (device.fd > 0) return keys.Translate(code);
+        watched[ready].fd = -1;
+        UpdateDescriptor();
+        if (fd <= 0) return -1;
+    }
+}
+
+// The first ready device from where the last look stopped; the count when none is.
+size_t CKeypadGroup::NextReady() {
     for (size_t k = 0; k < watched.size(); ++k) {
         const size_t device = (next + k) % watched.size();
         if (watched[device].fd < 0 || watched[device].revents == 0) continue;
         next = device + 1;
-        return ReadFrom(device);
+        return device;
     }
-    return -1;
-}
-
-// The device reads its record (or finds itself gone) without waiting, since the poll
-// found it ready. A device gone is left out of later polls.
-int CKeypadGroup::ReadFrom(size_t device) {
-    const int code = devices[device]->WaitKeyEvent(0.0f);
-    if (devices[device]->fd <= 0) {
-        watched[device].fd = -1;
-        UpdateDescriptor();
-    }
-    return keys.Translate(code);
+    return watched.size();
 }
 
 void CKeypadGroup::UpdateDescriptor() {

@@ -36,7 +36,7 @@ class CKeypadGroup : public CKeypad {
   private:
     void Find(const std::vector<std::string>& entries);
     void Add(const std::string& path);
-    int ReadFrom(size_t device);
+    size_t NextReady();
     void UpdateDescriptor();
 
     const CKeyTable& keys;

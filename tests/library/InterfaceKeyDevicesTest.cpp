@@ -104,7 +104,7 @@ TEST_F(KeyDevices, CodeSetsAndSingleCodesApplyToTheNextRecord) {
 }
 
 // With both devices full of presses, the answers take turns: neither starves the other.
-TEST_F(KeyDevices, TwoDevicesBothAnswerInTurn) {
+TEST_F(KeyDevices, TwoDevicesAnswerInTurnAndALossIsNoAnswer) {
     AddKeypadAndButtons();
     ASSERT_EQ(0, setKeyDevices("tca8418,gpio-keys"));
     ASSERT_EQ(0, resetKeyCodes(VANTOR_KEYCODES_COMMON));
@@ -121,6 +121,14 @@ TEST_F(KeyDevices, TwoDevicesBothAnswerInTurn) {
     }
     EXPECT_EQ(2, up);
     EXPECT_EQ(2, down);
+    EXPECT_EQ(VANTOR_KEY_UP + VANTOR_KEY_DOWN, WaitKey(0.0f) + WaitKey(0.0f));  // the last ones
+
+    // A device gone is no answer while another is left: the key waiting beside it is.
+    ASSERT_EQ(0, setKeyDevices("gpio-keys,tca8418"));
+    ASSERT_EQ(0, InitKeypad());
+    vp_input_remove(12);
+    Press(KEY_6, 0);
+    EXPECT_EQ(VANTOR_KEY_DOWN, WaitKey(0.0f));
 }
 
 // A menu driven from both devices; one of them goes away in the middle and the menu
