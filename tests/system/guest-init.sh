@@ -146,6 +146,8 @@ echo 0 > /sys/class/graphics/fbcon/cursor_blink
 # A keypad that goes away must be the only one in its run; the programs run after it.
 step removed-keypad "$PROGRAM" --gtest_filter='RemovedKeypad.*'
 step programs "$PROGRAM" --gtest_filter='RealDevices.*'
+# Last, so that its two devices do not move the programs' input numbers.
+step buttons-and-keypad "$PROGRAM" --gtest_filter='ButtonsAndKeypad.*'
 if [ -n "$SCREEN" ]; then
     read_screen /dev/fb0 vfb
     read_screen /dev/fb1 bochs

@@ -84,6 +84,8 @@ TEST(VantorCommand, RefusesWhatItCannotDoWithItsOwnStatusAndMessage) {
         {"clear extra", 2, "unexpected argument \"extra\""},
         {"menu --device /dev/fb7 A", 8, "cannot use the display /dev/fb7"},
         {"key --timeout 1", 7, "no keypad"},
+        {"key --keycodes qwerty", 2, "--keycodes \"qwerty\" is not tca8418 or common"},
+        {"key --keypad ,", 2, "--keypad \",\""},
     };
     for (const auto& c : cases) {
         const Outcome run = RunVantor(c.args);
@@ -97,6 +99,30 @@ TEST(VantorCommand, RefusesWhatItCannotDoWithItsOwnStatusAndMessage) {
     const Outcome named = RunVantor("menu A");
     unsetenv("VANTOR_DEVICE");
     EXPECT_NE(std::string::npos, named.err.find("cannot use the display /dev/fb7")) << named.err;
+}
+
+// A board with three buttons only: the simulator sends volume and power keys from a
+// device named gpio-keys and tells the command so through the environment; an option
+// beats the environment.
+TEST(VantorCommand, DrivesAMenuFromTheButtonsItIsToldOf) {
+    const std::string sim = std::string(VANTOR_SIM) +
+                            " --keypad-name gpio-keys --keycodes common --keys down,down,ok -- ";
+    const struct {
+        const char* environment;
+        const char* args;
+        int status;
+        const char* out;
+    } cases[] = {
+        {"", "menu A B C", 0, "3\n"},
+        {"VANTOR_KEYPAD=tca8418 ", "menu --keypad gpio-keys A B C", 0, "3\n"},
+        {"VANTOR_KEYCODES=tca8418 ", "menu A B C", 3, ""},  // no key it knows: the script ends
+    };
+    for (const auto& c : cases) {
+        const ShellRun run =
+            Shell(std::string(c.environment) + sim + VANTOR_CLI + " " + c.args + " 2>/dev/null");
+        EXPECT_EQ(c.status, run.status) << c.environment << c.args;
+        EXPECT_EQ(c.out, run.output) << c.environment << c.args;
+    }
 }
 
 TEST(VantorCommand, CopiesWithTheBarAndSaysWhatFailed) {

@@ -1,13 +1,15 @@
 #include "CommandLine.h"
 
+#include "KeyChoice.h"
 #include "Values.h"
 
 namespace VantorTool {
 
 namespace {
 
-const std::vector<OptionRule> kCommon = {
-    {"--device", true}, {"--geometry", true}, {"--help", false}, {"-h", false}};
+const std::vector<OptionRule> kCommon = {{"--device", true}, {"--geometry", true},
+                                         {"--help", false},  {"-h", false},
+                                         {"--keypad", true}, {"--keycodes", true}};
 
 }  // namespace
 
@@ -47,6 +49,8 @@ CommandLine::CommandLine(int argc, char** argv, const std::vector<OptionRule>& a
     }
     // Checked now so that a bad box is a usage error even when the display is missing.
     if (has("--geometry")) ParseBox("--geometry", value("--geometry"));
+    // Handed to the library at once, so that every later InitKeypad uses them.
+    ChooseKeys(*this);
 }
 
 std::string CommandLine::value(const std::string& option, const std::string& fallback) const {
