@@ -18,10 +18,11 @@ int Pinned(long long value) {
 }
 
 // Both buffers start on a cache line. A canvas row is copied to and from screen memory
-// (page-aligned) as one block; a block that starts a few words into a cache line
-// costs some C libraries up to twice as much, so where the allocator happens to put a
-// buffer must not decide how fast a repaint is. The row copies align themselves too
-// (PixelFormat.cpp): rows after the first, and canvases at any column, start anywhere.
+// (page-aligned) as one block, and how fast the C library copies a block depends on
+// where its two ends lie: the buffer that new[] gave put every row of a full-screen
+// canvas 16 bytes past the screen's, which is one of the slow distances. Aligned, a
+// full-width canvas at column 0 meets the screen at a multiple of 64 bytes; the row
+// copies keep clear of the slow distances for every other position (PixelFormat.cpp).
 const std::align_val_t kLineAlignment{64};
 
 // Zero-filled, as the pixel count says; a count whose bytes do not fit the address
