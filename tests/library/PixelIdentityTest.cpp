@@ -55,7 +55,7 @@ TEST(PixelIdentity, RowsMatchThePixelDefinitionInEveryLayout) {
     for (const CPixelFormat& format : formats) {
         const int bytes = format.getBytesPerPixel();
         const uint32_t pixelBits = bytes == 4 ? ~0u : (1u << (8 * bytes)) - 1u;
-        for (size_t count : {0, 1, 15, 16, 17, 31, 33, 47, 100, 799, 800}) {
+        for (size_t count : {0, 1, 15, 16, 17, 31, 32, 33, 47, 63, 65, 100, 799, 800}) {
             for (size_t offset = 0; offset < 4; ++offset) {
                 // Raw values are what ReadRaw gives: the device pixel's own bits.
                 std::vector<uint32_t> colours(count), raw(count), back(count + 1, 7);
