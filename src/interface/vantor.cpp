@@ -331,20 +331,6 @@ int getFontSize(int font, int* width, int* height) {
     return 0;
 }
 
-// Leftover bytes of an incomplete triple are not converted but still count in the
-// result, which is 4/3 of the size for any size.
-int RGB_to_RGBA(const unsigned char* src, unsigned char* dst, int size) {
-    if (src == nullptr || dst == nullptr || size < 1) return -2;
-    // Indices in size_t: 4 * i passes INT_MAX once size nears 1.6e9 bytes.
-    for (size_t i = 0; i < static_cast<size_t>(size) / 3; ++i) {
-        dst[4 * i] = src[3 * i + 2];
-        dst[4 * i + 1] = src[3 * i + 1];
-        dst[4 * i + 2] = src[3 * i];
-        dst[4 * i + 3] = 0;
-    }
-    return static_cast<int>(4LL * size / 3);
-}
-
 /* --- Keys -------------------------------------------------------------------------- */
 
 int InitKeypad(void) {
