@@ -1,5 +1,6 @@
 #include "vantor/Menu.h"
 
+#include <algorithm>
 #include <iterator>
 
 #include "vantor/Keypad.h"
@@ -80,6 +81,8 @@ int CMenu::AdjustColors() {
 
 void CMenu::Clear() {
     pSelectedItem = nullptr;
+    scrolling = false;
+    firstShown = 0;
     CCanvas::Clear();
 }
 
@@ -99,7 +102,11 @@ int CMenu::QueryMenu(unsigned int* screen, int screenWidth, int screenHeight, fl
 
 void CMenu::PaintMenu(const CScreen& screen) {
     AdjustColors();
-    Draw();
+    if (scrolling) {
+        DrawWindow();
+    } else {
+        Draw();
+    }
     Paint(screen);
 }
 
