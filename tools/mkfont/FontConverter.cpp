@@ -14,7 +14,7 @@ namespace VantorFont {
 FontConverter::FontConverter(const CommandLine& line)
     : line(line),
       page(CodePage::Named(line.codePage)),
-      codes(CodeList::Parse(line.codes)),
+      codes(CodeList::Parse(line.codes, page.HighestCode())),
       source(Open(line)) {}
 
 // FreeType has no reader for console fonts, so those are recognised by their magic first.
