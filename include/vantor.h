@@ -150,6 +150,10 @@ VANTOR_C_API int HideDialog(void);
  * beyond it, and the keys keep their meaning (wrapping from the last entry to the first
  * and back). A menu that fits is drawn as it always was. */
 VANTOR_C_API int InitMenu(int x, int y);
+/* The same, but the entries scroll within the box (x, y, width, height) where it ends
+ * before the screen's edge: a column at its bottom, a row at its right edge.
+ *  0 ok;  -2 no framebuffer, width or height below 1. */
+VANTOR_C_API int InitMenuBox(int x, int y, int width, int height);
 /* Appends the NULL-terminated entries (numbered from 1) and lets the user choose.
  * Returns the chosen number, 0 back, -3 cancel, -4 home, -1 no entries;
  *  -2 no framebuffer, no menu, entries NULL, no usable keypad, an entry too wide (a

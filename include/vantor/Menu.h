@@ -41,6 +41,9 @@ class VANTOR_API CMenu : public CCanvas {
     CKeypad& keypad;
     eMenuOrientation orientation;
     eAlignMode itemAlignment;
+    // The corner past which entries scroll when it is nearer than the screen's edges:
+    // the right (row) and bottom (column) bound, exclusive, in screen coordinates.
+    CPoint scrollLimit;
 
   private:
     int WaitForChoice(const CScreen& screen, float timeout);
@@ -60,7 +63,7 @@ class VANTOR_API CMenu : public CCanvas {
     long long EntriesEnd() const;
     int WidestEntry() const;
 
-    bool scrolling = false;
+    bool scrolling = false;  // set by FitToScreen
     size_t firstShown = 0;
     long long windowEnd = 0;  // where the shown entries must end along the menu's axis
 };

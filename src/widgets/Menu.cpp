@@ -1,6 +1,7 @@
 #include "vantor/Menu.h"
 
 #include <algorithm>
+#include <climits>
 #include <iterator>
 
 #include "vantor/Keypad.h"
@@ -31,7 +32,8 @@ CMenu::CMenu(CBitmapFont& f, CKeypad& k)
       font(f),
       keypad(k),
       orientation(eMenuVertical),
-      itemAlignment(eAlignLeft) {}
+      itemAlignment(eAlignLeft),
+      scrollLimit(INT_MAX, INT_MAX) {}
 
 CMenu::~CMenu() {
     pSelectedItem = nullptr;

@@ -27,6 +27,8 @@ const uint32_t kMarkColour = 0xFFFFFF;
 int CMenu::FitToScreen(int screenWidth, int screenHeight) {
     if (objects.empty()) return -1;
     scrolling = false;
+    screenWidth = std::min(screenWidth, scrollLimit.x);
+    screenHeight = std::min(screenHeight, scrollLimit.y);
     const bool column = orientation == eMenuVertical;
     const long long room = column ? static_cast<long long>(screenHeight) - frame.topLeft.y
                                   : static_cast<long long>(screenWidth) - frame.topLeft.x;

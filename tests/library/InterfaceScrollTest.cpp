@@ -21,6 +21,7 @@ struct Watch {
     int orientation, x, y;
     int direction = 1;        // +1 stepping to the next entry, -1 to the previous
     std::vector<int> seenAt;  // at each key wait: where the selected entry showed, or -1
+    int height = 0;           // of the box the menu scrolls in; 0: the screen
 
     int Selected(int wait) const { return ((wait * direction) % kCount + kCount) % kCount + 1; }
 };
@@ -78,7 +79,11 @@ class Scroll : public Interface {
                 watched.seenAt.push_back(Find(watched, watched.Selected(wait)));
             },
             &w);
-        InitMenu(w.x, w.y);
+        if (w.height > 0) {
+            InitMenuBox(w.x, w.y, kW, w.height);
+        } else {
+            InitMenu(w.x, w.y);
+        }
         const int result = ShowMenu(entries.data(), w.orientation, eAlignLeft);
         vp_set_wait_hook(nullptr, nullptr);
         return result;
@@ -94,13 +99,15 @@ class Scroll : public Interface {
 };
 
 // Every entry of a column or a row is selected in turn, going down and going up (which
-// wraps from the first entry to the last at once); each shows while selected, the last
-// one stepped to is the one chosen, and the screen comes back whole.
+// wraps from the first entry to the last at once); each shows while selected (within
+// the menu's box, when it has one), the last one stepped to is the one chosen, and the
+// screen comes back whole.
 TEST_F(Scroll, EveryEntryIsSeenAndCanBeChosen) {
     const Watch watches[] = {{eMenuVertical, 10, 4, 1, {}},
                              {eMenuVertical, 200, 100, -1, {}},
                              {eMenuHorizontal, 7, 30, 1, {}},
-                             {eMenuHorizontal, 100, 200, -1, {}}};
+                             {eMenuHorizontal, 100, 200, -1, {}},
+                             {eMenuVertical, 10, 4, -1, {}, 100}};
     const std::vector<uint32_t> before = Screen();
     for (Watch w : watches) {
         const int times = kCount + 2;  // all the way round and two more
@@ -109,6 +116,9 @@ TEST_F(Scroll, EveryEntryIsSeenAndCanBeChosen) {
         for (int wait = 0; wait <= times; ++wait) {
             EXPECT_GE(w.seenAt[size_t(wait)], 0) << "entry " << w.Selected(wait) << " unseen, "
                                                  << w.orientation << " " << w.direction;
+            const bool column = w.orientation == eMenuVertical;
+            const int end = column ? w.y + (w.height > 0 ? w.height : kH) : kW;
+            EXPECT_LE(w.seenAt[size_t(wait)] + (column ? 16 : 8), end);
         }
         EXPECT_TRUE(before == Screen()) << w.orientation << " " << w.direction;
     }
