@@ -59,7 +59,7 @@ int main(int argc, char** argv) {
                 Sheet(line);
                 break;
             case CommandLine::Mode::Convert:
-                std::printf("%s\n", FontConverter(line).Run().c_str());
+                std::printf("%s\n", FontConverter::RunFamily(line).c_str());
                 break;
         }
         return 0;
