@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <climits>
 #include <cstring>
+#include <memory>
 
 #include "vantor/BitmapFont.h"
 #include "vantor/Canvas.h"
@@ -59,17 +60,11 @@ void CAsciiText::setText(const char* text) {
 // Copies first, and decodes from the copy: text may point into our own string. The
 // text means what the encoding of this moment says.
 void CAsciiText::Take(const char* text) {
-    char* copy = CopyOf(text);
+    std::unique_ptr<char[]> copy(CopyOf(text));
     const eTextEncoding now = CTextCodes::getEncoding();
-    std::u32string decoded;
-    try {
-        decoded = CTextCodes::Decode(copy, now);
-    } catch (...) {
-        delete[] copy;
-        throw;
-    }
+    std::u32string decoded = CTextCodes::Decode(copy.get(), now);
     delete[] pText;
-    pText = copy;
+    pText = copy.release();
     codes.swap(decoded);
     encoding = now;
 }

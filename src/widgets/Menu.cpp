@@ -1,6 +1,5 @@
 #include "vantor/Menu.h"
 
-#include <algorithm>
 #include <climits>
 #include <iterator>
 
