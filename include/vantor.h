@@ -102,6 +102,21 @@ VANTOR_C_API int WriteAlignedTextWithBackground(int x, int y, const char* text, 
 VANTOR_C_API int getScreenSize(int* width, int* height);
 /* Cell size of a font; either pointer may be NULL.  0 ok;  -2 no framebuffer or bad font. */
 VANTOR_C_API int getFontSize(int font, int* width, int* height);
+/* How the text handed to later calls is read: the text calls, menu entries, dialog
+ * lines, progress captions and the copy's caption. Text handed over earlier keeps its
+ * meaning. Needs no framebuffer.  0 ok;  -1 any other value.
+ *  VANTOR_TEXT_BYTES (the default): every byte is one character, looked up in the font
+ *    by its value (1 to 255); a character the font lacks leaves its cell as it was.
+ *  VANTOR_TEXT_UTF8: UTF-8. Each character is looked up by its Unicode code point and
+ *    takes one cell, so widths, alignment and bands count characters, not bytes. A
+ *    character the font lacks shows as the font's U+FFFD, else its '?'. A byte that is
+ *    not part of a well-formed sequence (overlong forms and surrogates included) is
+ *    the Latin-1 character of its value, so Latin-1 text still reads right. Control
+ *    characters (below 0x20, and 0x7F) take their cell and show nothing, unless the
+ *    font has a glyph for them. */
+#define VANTOR_TEXT_BYTES 0
+#define VANTOR_TEXT_UTF8 1
+VANTOR_C_API int setTextEncoding(int encoding);
 /* Packed R,G,B bytes to the library's colour words 0x00RRGGBB (B,G,R,0 bytes). dst must hold
  * 4 bytes per whole RGB triple. Returns 4*size/3;  -2 NULL pointer or size < 1. */
 VANTOR_C_API int RGB_to_RGBA(const unsigned char* src, unsigned char* dst, int size);
@@ -163,12 +178,22 @@ VANTOR_C_API int HideDialog(void);
 
 /* --- Menu --------------------------------------------------------------------- */
 
-/* Makes an empty menu with its top-left corner at (x, y).  0 ok;  -2 no framebuffer. */
+/* Makes an empty menu with its top-left corner at (x, y).  0 ok;  -2 no framebuffer.
+ * A menu whose entries do not all fit between that corner and the screen's bottom edge
+ * (a column) or right edge (a row) shows the entries that fit and scrolls: the selected
+ * entry is always shown, a small triangle at either end says that more entries lie
+ * beyond it, and the keys keep their meaning (wrapping from the last entry to the first
+ * and back). A menu that fits is drawn as it always was. */
 VANTOR_C_API int InitMenu(int x, int y);
+/* The same, but the entries scroll within the box (x, y, width, height) where it ends
+ * before the screen's edge: a column at its bottom, a row at its right edge.
+ *  0 ok;  -2 no framebuffer, width or height below 1. */
+VANTOR_C_API int InitMenuBox(int x, int y, int width, int height);
 /* Appends the NULL-terminated entries (numbered from 1) and lets the user choose.
  * Returns the chosen number, 0 back, -3 cancel, -4 home, -1 no entries;
- *  -2 no framebuffer, no menu, entries NULL, no usable keypad, entries that would
- *  make the menu too large (then none is added), or the key device going away during
+ *  -2 no framebuffer, no menu, entries NULL, no usable keypad, an entry too wide (a
+ *  column) or too tall (a row) for any canvas (then none is added), or the key device
+ *  going away during
  *  the wait (the menu is taken off the screen first). */
 VANTOR_C_API int ShowMenu(const char** entries, int orientation, int align);
 

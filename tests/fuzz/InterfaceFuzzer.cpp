@@ -104,6 +104,7 @@ void StartScreen(FuzzInput& in) {
     Vantor::VantorCleanup();
     Vantor::VantorInit();
     InitFramebuffer(device);
+    setTextEncoding(choice >> 7);  // half the inputs read their text as UTF-8
 }
 
 void ConvertColours(int requested) {

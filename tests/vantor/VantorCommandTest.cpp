@@ -47,6 +47,11 @@ TEST(VantorCommand, AnswersEachWayOfLeavingWithItsStatusAndOutput) {
         {"menu A B", "back", 1, ""},
         {"menu A B", "cancel", 4, ""},
         {"menu A B", "home", 5, ""},
+        // Longer than the screen, or than its box: the menu scrolls, a title is cut.
+        {"menu $(seq 1 50)", "up,ok", 0, "50\n"},
+        {"menu --geometry 0,0,200,100 $(seq 1 30)", "up,up,ok", 0, "29\n"},
+        {"menu --horizontal $(seq 100 160)", "up,ok", 0, "61\n"},
+        {"menu --title $(printf %0300d 0) A B", "down,ok", 0, "2\n"},
         {"yesno 'Install?'", "ok", 1, ""},  // No is chosen first: a stray press is safe
         {"yesno 'Install?'", "up,ok", 0, ""},
         {"ok 'Done.'", "ok", 0, ""},
@@ -141,6 +146,14 @@ TEST(VantorCommand, CopiesWithTheBarAndSaysWhatFailed) {
     run = RunVantor("copy --device /dev/fb7 " + dir + "/src " + dir + "/dst3");
     EXPECT_EQ(0, run.status) << run.err;
     EXPECT_EQ(ReadFile(dir + "/src"), ReadFile(dir + "/dst3"));
+}
+
+// Arguments are UTF-8, and Latin-1 bytes that are no UTF-8 still show their letters.
+TEST(VantorCommand, ShowsUtf8AndLatin1Letters) {
+    const std::string utf8 = MakeTempDir(), latin1 = MakeTempDir();
+    RunVantor("menu \"$(printf 'Gr\\303\\274\\303\\237e')\"", "ok", utf8);
+    RunVantor("menu \"$(printf 'Gr\\374\\337e')\"", "ok", latin1);
+    EXPECT_EQ(ReadFile(utf8 + "/0001.png"), ReadFile(latin1 + "/0001.png"));
 }
 
 TEST(VantorCommand, DrawsWhatAScriptAskedFor) {

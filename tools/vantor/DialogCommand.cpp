@@ -8,6 +8,7 @@
 #include "Commands.h"
 #include "Screen.h"
 #include "TextLines.h"
+#include "Utf8Text.h"
 
 namespace VantorTool {
 
@@ -26,7 +27,7 @@ int ButtonRowHeight(const Screen& screen) {
 // quarters of the screen (longer lines are wrapped to that).
 int DefaultWidth(const std::vector<std::string>& lines, const Screen& screen) {
     size_t longest = 0;
-    for (const std::string& text : lines) longest = std::max(longest, text.size());
+    for (const std::string& text : lines) longest = std::max(longest, Characters(text));
     const int cw = screen.cellWidth();
     const int widest =
         std::max(screen.width() * 3 / 4, std::min(screen.width(), kMinimumColumns * cw));

@@ -10,6 +10,7 @@
 #include "Commands.h"
 #include "Screen.h"
 #include "TextLines.h"
+#include "Utf8Text.h"
 
 namespace VantorTool {
 
@@ -63,7 +64,7 @@ int RunText(int argc, char** argv) {
         lines.resize(fits);
     }
     size_t longest = 1;
-    for (const std::string& text : lines) longest = std::max(longest, text.size());
+    for (const std::string& text : lines) longest = std::max(longest, Characters(text));
     const int width = aligned ? box.width : std::min(box.width, int(longest) * cw);
     if (InitCanvas(box.x, box.y, width, int(lines.size()) * ch) != 0)
         throw CommandFailure(kExitNoDisplay, "the text does not fit on the screen");

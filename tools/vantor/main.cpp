@@ -5,6 +5,7 @@
 #include <exception>
 #include <string>
 
+#include <vantor.h>
 #include "CommandLine.h"
 #include "Commands.h"
 #include "ExitStatus.h"
@@ -45,6 +46,8 @@ int main(int argc, char** argv) {
         std::fputs(kHelp, stdout);
         return kExitOk;
     }
+    // Arguments, titles and gauge captions come from shells and editors that write UTF-8.
+    setTextEncoding(VANTOR_TEXT_UTF8);
     try {
         return Run(argc, argv);
     } catch (const UsageError& error) {
