@@ -45,6 +45,8 @@ const char kHelp[] =
     "  6  the copy failed (the message says what)\n"
     "  7  no keypad, or it went away while waiting\n"
     "  8  the display could not be opened or drawn on\n"
+    "  129, 130, 143  copy stopped by SIGHUP, SIGINT (Ctrl-C) or SIGTERM; the old\n"
+    "     target is intact and vantor ends by that signal\n"
     "\n"
     "Examples:\n"
     "  slot=$(vantor menu --title \"Install into\" --tag a \"Slot A\" b \"Slot B\") || exit\n"
