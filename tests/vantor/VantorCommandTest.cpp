@@ -82,7 +82,9 @@ TEST(VantorCommand, RefusesWhatItCannotDoWithItsOwnStatusAndMessage) {
         {"copy only-one", 2, "missing SOURCE and TARGET"},
         {"key --timeout -1", 2, "bad --timeout"},
         {"clear extra", 2, "unexpected argument \"extra\""},
-        {"menu --device /dev/fb7 A", 8, "cannot use the display /dev/fb7"},
+        {"menu --device /dev/fb7 A", 8,
+         "cannot use the display /dev/fb7: No such file or directory"},
+        {"gauge --percent 0x20", 2, "bad --percent \"0x20\""},
         {"key --timeout 1", 7, "no keypad"},
     };
     for (const auto& c : cases) {
@@ -92,6 +94,26 @@ TEST(VantorCommand, RefusesWhatItCannotDoWithItsOwnStatusAndMessage) {
         EXPECT_EQ("", run.out) << c.args;
     }
     EXPECT_EQ(0, RunVantor("menu --help").status);
+}
+
+// What a script relies on beyond the answer: a writer into the gauge never dies of a
+// closed pipe, and an answer that cannot be written is a failure, not a silent 0.
+TEST(VantorCommand, NeverLosesTheInputOrTheAnswerQuietly) {
+    const std::string vantor = VANTOR_CLI, sim = std::string(VANTOR_SIM) + " --keys ok -- ";
+    const struct {
+        std::string command;
+        std::string output;
+    } cases[] = {
+        {"seq 1 100000 | { " + vantor + " gauge --device /dev/fb7 2>/dev/null; echo $?; wc -c; }",
+         "8\n0\n"},
+        {sim + "sh -c '" + vantor + " menu A B >&- 2>/dev/null; echo $? >&2' 2>&1", "9\n"},
+        {sim + vantor + " menu A B >/dev/full; echo $?", "9\n"},
+        {sim + vantor + " key >/dev/full; echo $?", "9\n"},
+        {vantor + " --version >/dev/full; echo $?", "9\n"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(c.output, Shell(c.command, false).output) << c.command;
+    }
 }
 
 TEST(VantorCommand, CopiesWithTheBarAndSaysWhatFailed) {
@@ -124,6 +146,11 @@ TEST(VantorCommand, DrawsWhatAScriptAskedFor) {
     ASSERT_EQ(0,
               RunVantor("gauge --keep", "none", gauge, "10\\nXXX\\n75\\nAlmost\\nXXX\\n").status);
     EXPECT_NEAR(0.75, ReadPng(gauge + "/0001.png").count(0xFFFFFF, 105, 250, 695, 251) / 590.0,
+                0.02);
+    // Only decimal numbers move it: 0x20 is not 32, 1e2 not 100.
+    const std::string decimal = MakeTempDir();
+    ASSERT_EQ(0, RunVantor("gauge --keep", "none", decimal, "40\\n0x20\\n1e2\\ninf\\n").status);
+    EXPECT_NEAR(0.4, ReadPng(decimal + "/0001.png").count(0xFFFFFF, 105, 250, 695, 251) / 590.0,
                 0.02);
     const std::string gone = MakeTempDir();
     ASSERT_EQ(0, RunVantor("gauge", "none", gone, "50\\n").status);

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "Answer.h"
 #include "CommandLine.h"
 #include "Commands.h"
 #include "Screen.h"
@@ -105,7 +106,7 @@ int RunMenu(int argc, char** argv) {
     const int answer = ShowMenu(items.data(), horizontal ? eMenuHorizontal : eMenuVertical, align);
     if (!line.has("--keep")) Restore();
     if (answer < 1) return StatusOfLeavingKey(answer);
-    std::printf("%s\n", entries.answers[size_t(answer) - 1].c_str());
+    WriteAnswer(entries.answers[size_t(answer) - 1]);
     return kExitOk;
 }
 

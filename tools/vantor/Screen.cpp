@@ -1,10 +1,15 @@
 #include "Screen.h"
 
+#include <fcntl.h>
+#include <linux/fb.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 #include <vantor.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 
 namespace VantorTool {
 
@@ -25,11 +30,27 @@ void* OpenFramebufferKeepingStdout(const std::string& device) {
     return state;
 }
 
+// The library's own lines say which step failed but not the system's reason; asking
+// the device ourselves finds it (a missing node, no permission, not a framebuffer).
+std::string WhyUnusable(const std::string& device) {
+    const int fd = open(device.c_str(), O_RDWR | O_CLOEXEC | O_NONBLOCK);
+    if (fd < 0) return std::strerror(errno);
+    struct fb_var_screeninfo screen;
+    const bool framebuffer = ioctl(fd, FBIOGET_VSCREENINFO, &screen) == 0;
+    const int error = errno;
+    close(fd);
+    if (!framebuffer) return std::string("not a framebuffer (") + std::strerror(error) + ")";
+    return "the library could not map it or load its fonts (see above)";
+}
+
 }  // namespace
 
 Screen::Screen(const std::string& device) {
-    if (OpenFramebufferKeepingStdout(device) == nullptr ||
-        getScreenSize(&screenWidth, &screenHeight) != 0 || getFontSize(0, &cellW, &cellH) != 0) {
+    if (OpenFramebufferKeepingStdout(device) == nullptr) {
+        throw CommandFailure(kExitNoDisplay,
+                             "cannot use the display " + device + ": " + WhyUnusable(device));
+    }
+    if (getScreenSize(&screenWidth, &screenHeight) != 0 || getFontSize(0, &cellW, &cellH) != 0) {
         throw CommandFailure(kExitNoDisplay, "cannot use the display " + device);
     }
 }
