@@ -1,6 +1,7 @@
 // The vantor command as a script sees it: exit statuses, stdout and the screen, each
 // subcommand run in the simulator with scripted keys.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <fstream>
 #include <string>
@@ -154,7 +155,7 @@ TEST(VantorCommand, DrawsWhatAScriptAskedFor) {
                 0.02);
     const std::string gone = MakeTempDir();
     ASSERT_EQ(0, RunVantor("gauge", "none", gone, "50\\n").status);
-    EXPECT_EQ(0, ReadPng(gone + "/0001.png").count(0xFFFFFF, 0, 0, 800, 480));
+    EXPECT_NE(0, access((gone + "/0001.png").c_str(), F_OK));  // the screen is blank again
 
     // A long line is wrapped inside the dialog's box, not run past its edge.
     const std::string dialog = MakeTempDir();

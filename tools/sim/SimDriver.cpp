@@ -5,6 +5,7 @@
 #include <signal.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -103,9 +104,16 @@ void Session::Record() {
     if (page.size() != size_t(width) * height) return;
     const uint32_t* pixels = page.data();
     const unsigned long long print = Fingerprint(pixels, page.size());
+    // The screen starts black: a file of it would show nothing a program drew, so until
+    // something is drawn the terminal alone shows it, once.
+    const bool blank = std::all_of(page.begin(), page.end(), [](uint32_t p) { return p == 0; });
     state.Update([&](SessionState::Fields& fields) {
-        if (fields.frames > 0 && print == fields.lastPrint) return;
+        if (print == fields.lastPrint && (fields.frames > 0 || blank)) return;
         fields.lastPrint = print;
+        if (blank && fields.frames == 0) {
+            if (liveView) view.Show("vantor-sim: blank screen", pixels, width, height, width);
+            return;
+        }
         ++fields.frames;
         char name[32];
         std::snprintf(name, sizeof(name), "/%04d.png", fields.frames);
