@@ -117,6 +117,25 @@ TEST(VantorCommand, NeverLosesTheInputOrTheAnswerQuietly) {
     }
 }
 
+// Text is wrapped at blanks only; what cannot be shown whole is a failure a script sees.
+TEST(VantorCommand, TextThatDoesNotFitFails) {
+    const struct {
+        const char* args;
+        int status;
+        const char* message;
+    } cases[] = {
+        {"text --at 1000,1000 hello", 8, "starts off the 800x480 screen"},
+        {"text --at 790,10 hello", 8, "\"hello\" is wider than the 1 character from x=790"},
+        {"text --at 700,460 'hello world again'", 8, "1 of 2 lines are left out"},
+        {"text --at 700,400 'hello world again'", 0, ""},
+    };
+    for (const auto& c : cases) {
+        const Outcome run = RunVantor(c.args, "none");
+        EXPECT_EQ(c.status, run.status) << c.args;
+        EXPECT_NE(std::string::npos, run.err.find(c.message)) << c.args << ": " << run.err;
+    }
+}
+
 TEST(VantorCommand, CopiesWithTheBarAndSaysWhatFailed) {
     const std::string dir = MakeTempDir();
     std::ofstream(dir + "/src") << std::string(300000, 'x');
