@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <fstream>
 #include <string>
 #include <vector>
@@ -31,6 +32,31 @@ Outcome RunVantor(const std::string& args, const std::string& keys = "",
     }
     const ShellRun run = Shell("printf '" + input + "' | " + command + " 2>" + dir + "/err", false);
     return Outcome{run.status, run.output, ReadFile(dir + "/err")};
+}
+
+// The bands of rows that hold white pixels, top to bottom, with the columns they span.
+struct Band {
+    unsigned top, left, right;
+};
+std::vector<Band> WhiteBands(const Picture& picture) {
+    std::vector<Band> bands;
+    bool inBand = false;
+    for (unsigned y = 0; y < picture.height; ++y) {
+        unsigned left = picture.width, right = 0;
+        for (unsigned x = 0; x < picture.width; ++x) {
+            if (picture.at(x, y) != 0xFFFFFF) continue;
+            left = std::min(left, x);
+            right = std::max(right, x);
+        }
+        const bool white = left <= right;
+        if (white && !inBand) bands.push_back({y, left, right});
+        if (white && inBand) {
+            bands.back().left = std::min(bands.back().left, left);
+            bands.back().right = std::max(bands.back().right, right);
+        }
+        inBand = white;
+    }
+    return bands;
 }
 
 }  // namespace
@@ -185,4 +211,20 @@ TEST(VantorCommand, DrawsWhatAScriptAskedFor) {
     const Picture box = ReadPng(dialog + "/0001.png");
     EXPECT_GT(box.count(0xFFFFFF, 100, 118, 300, 134), 20);  // the second line
     EXPECT_EQ(0, box.count(0xFFFFFF, 300, 100, 800, 220));
+}
+
+// The title sits over the entries as --align places them, and an empty entry, once
+// selected, still shows where the selection is.
+TEST(VantorCommand, MenuTitleFollowsTheAlignmentAndAnEmptyEntryShowsItsHighlight) {
+    const std::string right = MakeTempDir();
+    ASSERT_EQ(0,
+              RunVantor("menu --align right --title Title A 'Longer entry'", "ok", right).status);
+    const std::vector<Band> bands = WhiteBands(ReadPng(right + "/0001.png"));
+    ASSERT_EQ(3u, bands.size());  // the title, A (selected), the longer entry
+    EXPECT_NEAR(bands[2].right, bands[0].right, 2);
+    EXPECT_GT(bands[0].left, bands[2].left + 20);
+
+    const std::string empty = MakeTempDir();
+    ASSERT_EQ(0, RunVantor("menu A '' C", "down,ok", empty).status);
+    EXPECT_EQ(3u, WhiteBands(ReadPng(empty + "/0002.png")).size());  // A, the highlight, C
 }

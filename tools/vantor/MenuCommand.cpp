@@ -25,7 +25,8 @@ Entries ReadEntries(const CommandLine& line) {
     Entries entries;
     if (!line.has("--tag")) {
         for (size_t i = 0; i < words.size(); ++i) {
-            entries.shown.push_back(words[i]);
+            // An empty entry has no width to highlight: a blank gives it one.
+            entries.shown.push_back(words[i].empty() ? " " : words[i]);
             entries.answers.push_back(std::to_string(i + 1));
         }
         return entries;
@@ -67,10 +68,12 @@ void RequireRoom(int width, int height, const Screen& screen) {
 }
 
 // The title is a line of the main canvas just above the menu, so Restore takes it away
-// with the menu.
-void ShowTitle(const std::string& title, const Box& box, int titleHeight) {
-    InitCanvas(box.x, box.y, box.width, titleHeight);
-    WriteText(0, 0, title.c_str(), 0xFFFFFF, 1);
+// with the menu. It spans the entries' column (the library sets them 3 pixels in from
+// the menu's edge) and is placed in it as the entries are.
+void ShowTitle(const std::string& title, const Box& box, int span, int titleHeight, int align) {
+    const int inset = 3;
+    InitCanvas(box.x + inset, box.y, std::max(1, std::min(span, box.width - inset)), titleHeight);
+    WriteAlignedTextWithBackground(0, 0, title.c_str(), 0xFFFFFF, 0x000000, 1, align);
     Update();
 }
 
@@ -94,10 +97,11 @@ int RunMenu(int argc, char** argv) {
     int width = 0, height = 0, titleWidth = 0, titleHeight = 0;
     MenuSize(entries, horizontal, screen, width, height);
     if (!title.empty()) getFontSize(1, &titleWidth, &titleHeight);
+    const int span = std::max(width - 16, int(title.size()) * titleWidth);
     width = std::max(width, int(title.size()) * titleWidth);
     RequireRoom(width, height + titleHeight, screen);
     const Box box = screen.Place(line.value("--geometry"), width, height + titleHeight);
-    if (!title.empty()) ShowTitle(title, box, titleHeight);
+    if (!title.empty()) ShowTitle(title, box, span, titleHeight, align);
 
     std::vector<const char*> items;
     for (const std::string& text : entries.shown) items.push_back(text.c_str());
