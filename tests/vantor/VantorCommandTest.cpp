@@ -77,7 +77,9 @@ TEST(VantorCommand, AnswersEachWayOfLeavingWithItsStatusAndOutput) {
         {"yesno 'Install?'", "ok", 1, ""},  // No is chosen first: a stray press is safe
         {"yesno 'Install?'", "up,ok", 0, ""},
         {"ok 'Done.'", "ok", 0, ""},
-        {"ok --ok-cancel 'Go on?'", "ok", 1, ""},
+        {"ok --ok-cancel 'Go on?'", "ok", 0, ""},  // Ok first: what the question offers
+        {"ok --ok-cancel 'Go on?'", "down,ok", 1, ""},
+        {"ok --ok-cancel --default-cancel 'Go on?'", "ok", 1, ""},
         {"key", "home", 0, "home\n"},
         {"key --timeout 5", "down", 0, "down\n"},
         {"key --timeout 0.2", "none", 1, ""},
@@ -227,4 +229,16 @@ TEST(VantorCommand, MenuTitleFollowsTheAlignmentAndAnEmptyEntryShowsItsHighlight
     const std::string empty = MakeTempDir();
     ASSERT_EQ(0, RunVantor("menu A '' C", "down,ok", empty).status);
     EXPECT_EQ(3u, WhiteBands(ReadPng(empty + "/0002.png")).size());  // A, the highlight, C
+}
+
+// Starting on Ok changes nothing else: once Cancel is selected the screen is the one the
+// dialog that starts on Cancel shows.
+TEST(VantorCommand, OkFirstDialogLooksLikeTheLibrarysOwn) {
+    const std::string okFirst = MakeTempDir(), cancelFirst = MakeTempDir();
+    ASSERT_EQ(1, RunVantor("ok --ok-cancel 'Go on?' 'Two lines'", "down,ok", okFirst).status);
+    ASSERT_EQ(1,
+              RunVantor("ok --ok-cancel --default-cancel 'Go on?' 'Two lines'", "ok", cancelFirst)
+                  .status);
+    EXPECT_TRUE(ReadPng(okFirst + "/0002.png").rgb == ReadPng(cancelFirst + "/0001.png").rgb);
+    EXPECT_FALSE(ReadPng(okFirst + "/0001.png").rgb == ReadPng(cancelFirst + "/0001.png").rgb);
 }
