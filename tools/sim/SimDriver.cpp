@@ -6,9 +6,11 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <string>
 #include <thread>
 #include <vector>
@@ -123,8 +125,10 @@ void Session::Record() {
                       height, width);
         }
         if (shots.empty()) return;
+        errno = 0;
         if (!WritePng(shots + name, pixels, width, height, width, scale)) {
-            std::fprintf(stderr, "vantor-sim: cannot write %s%s\n", shots.c_str(), name);
+            std::fprintf(stderr, "vantor-sim: cannot write %s%s: %s\n", shots.c_str(), name,
+                         errno != 0 ? std::strerror(errno) : "the PNG encoder failed");
         }
     });
 }

@@ -91,7 +91,7 @@ std::string Value(int& i, int argc, char** argv) {
 
 std::string ReadFile(const std::string& path) {
     std::ifstream in(path);
-    if (!in) Fail("cannot read the key file " + path);
+    if (!in) Fail("cannot read the key file " + path + ": " + std::strerror(errno));
     std::ostringstream text;
     text << in.rdbuf();
     return text.str();
