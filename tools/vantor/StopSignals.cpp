@@ -21,7 +21,11 @@ StopSignals::StopSignals() {
     struct sigaction action = {};
     action.sa_handler = Received;
     sigemptyset(&action.sa_mask);
-    for (int i = 0; i < 3; ++i) sigaction(kStopping[i], &action, &previous[i]);
+    // A signal ignored on the way in (nohup, a background job of a script) stays so.
+    for (int i = 0; i < 3; ++i) {
+        sigaction(kStopping[i], nullptr, &previous[i]);
+        if (previous[i].sa_handler != SIG_IGN) sigaction(kStopping[i], &action, nullptr);
+    }
 }
 
 StopSignals::~StopSignals() {
