@@ -215,7 +215,9 @@ int FileCopier::OpenTarget() {
 int FileCopier::CreateTemporary(mode_t mode, const struct stat* old) {
     replacing = true;
     const std::string directory = DirectoryOf(finalPath);
-    partPath = directory + "/." + finalPath.substr(finalPath.rfind('/') + 1) + ".part";
+    // Cut to fit a name's limit: a target with the longest name allowed is still copied.
+    const std::string base = finalPath.substr(finalPath.rfind('/') + 1);
+    partPath = directory + "/." + base.substr(0, NAME_MAX - 6) + ".part";
     const int removed = RemoveStalePart();
     if (removed != 0) return removed;
     out.fd = OpenRetrying(directory.c_str(), O_TMPFILE | O_RDWR, mode);
