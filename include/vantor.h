@@ -230,21 +230,33 @@ VANTOR_C_API int HideProgress(void);
  * pipe, character device or /proc file is refused before the target is touched. A
  * regular target is written to a temporary file beside it, synced, renamed into place
  * and its directory synced: on any failure the old target is untouched and no partial
- * file remains. A new target gets mode 0644 (less the umask), an existing one keeps its
+ * file remains. Where the file system can make unnamed files (ext4, tmpfs, btrfs, xfs)
+ * the temporary file has no name until the copy is complete, so even a process killed
+ * mid-copy leaves nothing; elsewhere (vfat) it is ".NAME.part" beside the target, and
+ * the next copy to that target removes what a killed one left (a copy still running
+ * holds it: the second copy is refused with -EBUSY). A new target gets mode 0644 (less the umask), an existing one keeps its
  * mode. A block-device target is written in place (refused with -ENOSPC if smaller
  * than the source) and synced. Signals (EINTR) and short writes are handled. With
  * VANTOR_COPY_VERIFY the target is read back from storage and compared; the copy and
  * the read-back then each move the bar by half the share.
  *  0 ok;  -errno of the failing step (-ENOSPC, -EROFS, -EIO for a source that ended
  *  early or a target that read back different, -EISDIR or -EINVAL for an unsized
- *  source, -EINVAL for a NULL path or unknown flags). The line ends with the system's
- *  reason, e.g. "Write error: /data/fw.img: No space left on device". */
+ *  source, -EINVAL for a NULL path or unknown flags, -ECANCELED after CancelCopy). The
+ *  line ends with the system's reason, e.g. "Write error: /data/fw.img: No space left on
+ *  device".
+ *
+ * CancelCopy: asks the running CopyFileWithProgressEx to stop, and may be called from a
+ * signal handler (it only sets a flag). The copy stops before its next block, removes
+ * its temporary file and answers -ECANCELED: a regular target keeps its old content, a
+ * partition keeps what was written so far. A request made while no copy runs stops the
+ * next one before it writes. CopyFileWithProgress does not look at it.  Always 0. */
 #define VANTOR_COPY_VERIFY 1
 
 VANTOR_C_API int CopyFileWithProgress(const char* source, const char* target, const char* text,
                                       float share);
 VANTOR_C_API int CopyFileWithProgressEx(const char* source, const char* target, const char* text,
                                         float share, int flags);
+VANTOR_C_API int CancelCopy(void);
 
 #ifdef __cplusplus
 }

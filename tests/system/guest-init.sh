@@ -148,6 +148,16 @@ step removed-keypad "$PROGRAM" --gtest_filter='RemovedKeypad.*'
 step programs "$PROGRAM" --gtest_filter='RealDevices.*'
 # Last, so that its two devices do not move the programs' input numbers.
 step buttons-and-keypad "$PROGRAM" --gtest_filter='ButtonsAndKeypad.*'
+# Copies interrupted by signals on the two disks: vfat keeps one temporary file at most,
+# ext4 none at all; the display is left alone (no /dev/fb9).
+if [ -n "$COPIER" ]; then
+    load /modules/disks.order
+    mkdir -p /mnt/vfat /mnt/ext4
+    mount -t vfat /dev/vda /mnt/vfat && mount -t ext4 /dev/vdb /mnt/ext4
+    step copy-vfat sh /copy-scenarios.sh "$COPIER" /mnt/vfat named
+    step copy-ext4 sh /copy-scenarios.sh "$COPIER" /mnt/ext4 unnamed
+    umount /mnt/vfat /mnt/ext4
+fi
 if [ -n "$SCREEN" ]; then
     read_screen /dev/fb0 vfb
     read_screen /dev/fb1 bochs

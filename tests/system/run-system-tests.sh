@@ -2,7 +2,8 @@
 # Boots Debian's own kernel in QEMU and runs the system scenarios inside it against real
 # drivers: vfb and the bochs display for the screen, uinput for the keypad. It boots
 # twice, once for the x86-64 programs and once for the same programs built for 32-bit
-# x86, whose input records have the 16-byte layout of the 32-bit targets. Then the
+# x86, whose input records have the 16-byte layout of the 32-bit targets. The first boot
+# also interrupts vantor copies on a vfat and an ext4 disk. Then the
 # screens read from the devices, and QEMU's own picture of the bochs display, must equal
 # the simulator's picture of the same program.
 #   run-system-tests.sh BUILD_DIR SOURCE_DIR
@@ -40,8 +41,9 @@ make_initramfs() {
   rm -rf "$root" && mkdir -p "$root/bin" "$root/modules"
   cp "$(command -v busybox)" "$root/bin/busybox"
   cp "$here/guest-init.sh" "$root/init"
+  cp "$here/copy-scenarios.sh" "$root/copy-scenarios.sh"
   for list in "base:virtio_pci 9pnet_virtio 9p evdev uinput" "vfb:vfb" "bochs:bochs" \
-    "virtio-gpu:virtio-gpu"; do
+    "virtio-gpu:virtio-gpu" "disks:virtio_blk nls_cp437 nls_ascii vfat ext4"; do
     MODULES_SEEN=""
     : > "$root/modules/${list%%:*}.order"
     # shellcheck disable=SC2086 # a list of module names
@@ -51,6 +53,15 @@ make_initramfs() {
     done
   done
   (cd "$root" && find . | busybox cpio -o -H newc 2> /dev/null | gzip -1 > "$work/initramfs.gz")
+}
+
+# The copy scenarios' disks, fresh for every run: vfat (no unnamed temporary files)
+# and ext4 (unnamed ones), seen by the guest as vda and vdb.
+make_disks() {
+  rm -f "$work/vfat.img" "$work/ext4.img"
+  truncate -s 160M "$work/vfat.img" "$work/ext4.img"
+  mkfs.vfat -n VANTOR "$work/vfat.img" > /dev/null
+  mkfs.ext4 -q -F "$work/ext4.img"
 }
 
 # Takes QEMU's picture of a display each time the guest asks: the request names the
@@ -73,12 +84,14 @@ serve_screendump() {
 }
 
 # One boot: $1 names it (64, 32 or drm), $2 is the scenario program, $3 the screen
-# program (empty: no screen readings). Results land in results-$1. The drm boot has a
-# virtio-gpu display too, first so that it is QEMU's default one, and tells the guest.
+# program (empty: no screen readings), $4 the vantor command whose copies are
+# interrupted (empty: none). Results land in results-$1. The drm boot has a virtio-gpu
+# display too, first so that it is QEMU's default one, and tells the guest.
 boot() {
   local results="$work/results-$1" monitor="$work/monitor-$1" status=0 server displays=()
   rm -rf "$results" "$monitor".* && mkdir -p "$results" && mkfifo "$monitor.in" "$monitor.out"
-  printf 'BUILD=%s\nFONTS=%s\nPROGRAM=%s\nSCREEN=%s\n' "$build" "$fonts" "$2" "$3" > "$results/config"
+  printf 'BUILD=%s\nFONTS=%s\nPROGRAM=%s\nSCREEN=%s\nCOPIER=%s\n' "$build" "$fonts" "$2" "$3" \
+    "${4:-}" > "$results/config"
   if [ "$1" = drm ]; then
     echo "DRM=1" >> "$results/config"
     displays=(-device virtio-gpu-pci,xres=800,yres=480)
@@ -93,6 +106,8 @@ boot() {
     -chardev pipe,id=monitor,path="$monitor" -mon chardev=monitor,mode=readline \
     "${displays[@]}" -device bochs-display,id=bochs,xres=800,yres=480 \
     -serial file:"$results/console.log" \
+    -drive file="$work/vfat.img",format=raw,if=virtio \
+    -drive file="$work/ext4.img",format=raw,if=virtio \
     -display none -no-reboot || status=$?
   kill "$server" 2> /dev/null || true
   echo "machine $1: QEMU status $status, $(cat "$results/uptime" 2> /dev/null || echo "no uptime")"
@@ -134,7 +149,8 @@ compare_screens() {
   done
 }
 
-for tool in qemu-system-x86_64 busybox modinfo xz fbcat pngtopnm i686-linux-gnu-g++ apt-get; do
+for tool in qemu-system-x86_64 busybox modinfo xz fbcat pngtopnm i686-linux-gnu-g++ apt-get \
+  mkfs.vfat mkfs.ext4; do
   command -v "$tool" > /dev/null || fail "$tool is missing: run scripts/system-deps.sh"
 done
 readelf -l "$(command -v busybox)" | grep -q INTERP && fail "busybox is dynamic: install busybox-static"
@@ -143,7 +159,9 @@ mkdir -p "$work"
 fetch_kernel "${VANTOR_KERNEL_CACHE:-/var/cache/vantor-system}"
 build_32bit
 make_initramfs
-boot 64 "$build/tests/system/vantor_system_scenarios" "$build/tests/system/vantor_system_screen"
+make_disks
+boot 64 "$build/tests/system/vantor_system_scenarios" "$build/tests/system/vantor_system_screen" \
+  "$build/tools/vantor/vantor"
 boot 32 "$build/i686/tests/system/vantor_system_scenarios" ""
 boot drm "$build/tests/system/vantor_system_scenarios" "$build/tests/system/vantor_system_screen"
 failed=()

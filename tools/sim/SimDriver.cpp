@@ -5,9 +5,12 @@
 #include <signal.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cerrno>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <string>
 #include <thread>
 #include <vector>
@@ -130,9 +133,16 @@ void Session::Record() {
     if (page.size() != size_t(width) * height) return;
     const uint32_t* pixels = page.data();
     const unsigned long long print = Fingerprint(pixels, page.size());
+    // The screen starts black: a file of it would show nothing a program drew, so until
+    // something is drawn the terminal alone shows it, once.
+    const bool blank = std::all_of(page.begin(), page.end(), [](uint32_t p) { return p == 0; });
     state.Update([&](SessionState::Fields& fields) {
-        if (fields.frames > 0 && print == fields.lastPrint) return;
+        if (print == fields.lastPrint && (fields.frames > 0 || blank)) return;
         fields.lastPrint = print;
+        if (blank && fields.frames == 0) {
+            if (liveView) view.Show("vantor-sim: blank screen", pixels, width, height, width);
+            return;
+        }
         ++fields.frames;
         char name[32];
         std::snprintf(name, sizeof(name), "/%04d.png", fields.frames);
@@ -142,8 +152,10 @@ void Session::Record() {
                       height, width);
         }
         if (shots.empty()) return;
+        errno = 0;
         if (!WritePng(shots + name, pixels, width, height, width, scale)) {
-            std::fprintf(stderr, "vantor-sim: cannot write %s%s\n", shots.c_str(), name);
+            std::fprintf(stderr, "vantor-sim: cannot write %s%s: %s\n", shots.c_str(), name,
+                         errno != 0 ? std::strerror(errno) : "the PNG encoder failed");
         }
     });
 }

@@ -1,6 +1,7 @@
 // vantor-sim: runs an unmodified host program of libvantor, or a script of several,
 // against one virtual display and keypad, with keys from a script or the terminal,
 // screenshots as PNG files and a view on the terminal.
+#include <dirent.h>
 #include <signal.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -65,7 +66,9 @@ const char kUsage[] =
     "                      VANTOR_KEYCODES are set to match unless already set.\n"
     "  --shots DIR         a PNG of the screen each time a program waits for a key\n"
     "                      and when a program of the library ends, if the screen\n"
-    "                      changed: DIR/0001.png, numbered across the whole run\n"
+    "                      changed: DIR/0001.png, numbered across the whole run;\n"
+    "                      no picture while nothing was drawn. Numbered PNGs of an\n"
+    "                      earlier run in DIR are removed first; other files stay\n"
     "  --shot-on-update    a PNG after every Update() and progress window repaint too\n"
     "  --scale N           enlarge each screen pixel to N x N in the PNG files\n"
     "  --no-view           do not draw the screen on the terminal (it is drawn on\n"
@@ -74,7 +77,8 @@ const char kUsage[] =
     "  -h, --help          this text\n"
     "\n"
     "Exit status: the program's; 3 when the key script ran out while a program\n"
-    "waited for a key; 128+N when it ended by signal N; 2 for bad options.\n";
+    "waited for a key; 0 when q quit it from the terminal; 128+N when it ended by\n"
+    "signal N; 127 when PROGRAM cannot be run; 2 for bad options.\n";
 
 struct Options {
     std::string screen = "800x480", fb = "/dev/fb0", shots, fonts;
@@ -99,7 +103,7 @@ std::string Value(int& i, int argc, char** argv) {
 
 std::string ReadFile(const std::string& path) {
     std::ifstream in(path);
-    if (!in) Fail("cannot read the key file " + path);
+    if (!in) Fail("cannot read the key file " + path + ": " + std::strerror(errno));
     std::ostringstream text;
     text << in.rdbuf();
     return text.str();
@@ -289,13 +293,48 @@ void ExportEnvironment() {
     for (const auto& [name, value] : environment.values) setenv(name.c_str(), value.c_str(), 1);
 }
 
+// Our own pictures are named by number alone (0001.png); anything else is the user's.
+bool IsOurPicture(const std::string& name) {
+    return name.size() >= 8 && name.compare(name.size() - 4, 4, ".png") == 0 &&
+           name.find_first_not_of("0123456789") == name.size() - 4;
+}
+
+// Pictures of an earlier run would mix with this one's under the same numbers, so they
+// go first; the user's other files stay.
+void RemoveEarlierShots(const std::string& dir) {
+    DIR* listing = opendir(dir.c_str());
+    if (listing == nullptr)
+        Fail("cannot read the screenshot directory " + dir + ": " + std::strerror(errno));
+    int removed = 0;
+    while (const dirent* entry = readdir(listing)) {
+        if (!IsOurPicture(entry->d_name)) continue;
+        if (unlinkat(dirfd(listing), entry->d_name, 0) != 0) {
+            const int error = errno;
+            closedir(listing);
+            Fail("cannot remove the earlier screenshot " + dir + "/" + entry->d_name + ": " +
+                 std::strerror(error));
+        }
+        ++removed;
+    }
+    closedir(listing);
+    if (removed > 0) {
+        std::fprintf(stderr, "vantor-sim: removed %d earlier screenshot%s from %s\n", removed,
+                     removed == 1 ? "" : "s", dir.c_str());
+    }
+}
+
 void MakeShotDirectory(const std::string& dir) {
     if (dir.empty()) return;
+    int error = 0;
     for (size_t slash = 1; slash != std::string::npos;) {
         slash = dir.find('/', slash + 1);
-        mkdir(dir.substr(0, slash).c_str(), 0755);
+        if (mkdir(dir.substr(0, slash).c_str(), 0755) != 0 && errno != EEXIST) error = errno;
     }
-    if (!IsDirectory(dir)) Fail("cannot make the screenshot directory " + dir);
+    if (!IsDirectory(dir)) {
+        Fail("cannot make the screenshot directory " + dir + ": " +
+             std::strerror(error != 0 ? error : ENOTDIR));
+    }
+    RemoveEarlierShots(dir);
 }
 
 // The session's files go on every way out that leaves this process running: its own
@@ -340,7 +379,8 @@ int ExitStatus(int status, const char* program) {
 void ReportShots(const Options& options) {
     if (options.shots.empty()) return;
     const int frames = VantorSim::SessionState(session.StatePath()).Read().frames;
-    std::fprintf(stderr, "vantor-sim: %d screenshots in %s\n", frames, options.shots.c_str());
+    std::fprintf(stderr, "vantor-sim: %d screenshot%s in %s\n", frames, frames == 1 ? "" : "s",
+                 options.shots.c_str());
 }
 
 }  // namespace

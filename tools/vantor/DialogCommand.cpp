@@ -45,7 +45,21 @@ void FitHeight(std::vector<std::string>& lines, const Box& box, const Screen& sc
     lines.resize(fits);
 }
 
-int RunDialog(const CommandLine& line, int type) {
+// The library's Ok/Cancel dialog starts on Cancel; a script asking "Ok?" expects Ok
+// first. So the lines are shown as a dialog without buttons, and the two buttons as a
+// row menu where the dialog's own would be: the same look, starting on Ok. The
+// library's button row is its two labels 15 pixels apart with 5 pixels before them,
+// cut to a 3-pixel margin, in the dialog's bottom-right corner.
+int AskOkFirst(std::vector<const char*>& texts, const Box& box, int align, const Screen& screen) {
+    const char* buttons[] = {"Ok", "Cancel", nullptr};
+    const int rowWidth = (2 + 6) * screen.cellWidth() + 15 + 2 * 3 + 1;
+    const int rowHeight = screen.cellHeight() + 2 * 3 + 1;
+    ShowDialog(texts.data(), 0, align);
+    InitMenu(box.x + box.width - 1 - rowWidth, box.y + box.height - 1 - rowHeight);
+    return ShowMenu(buttons, eMenuHorizontal, eAlignLeft);
+}
+
+int RunDialog(const CommandLine& line, int type, bool okFirst = false) {
     line.requireOperands(1, 1000, "the text to show");
     std::vector<std::string> lines = SplitLines(line.operands());
     const int align = ParseAlign("--align", line.value("--align", "left"));
@@ -66,7 +80,8 @@ int RunDialog(const CommandLine& line, int type) {
     // A canvas over the box keeps what was under it: the dialog itself leaves black.
     InitCanvas(box.x, box.y, box.width, box.height);
     InitDialog(box.x, box.y, box.width, box.height);
-    const int answer = ShowDialog(texts.data(), type, align);
+    const int answer =
+        okFirst ? AskOkFirst(texts, box, align, screen) : ShowDialog(texts.data(), type, align);
     Restore();
     if (answer == 1) return kExitOk;
     if (answer == 2) return kExitDeclined;
@@ -80,8 +95,12 @@ int RunYesNo(int argc, char** argv) {
 }
 
 int RunOk(int argc, char** argv) {
-    const CommandLine line(argc, argv, {{"--align", true}, {"--ok-cancel", false}});
-    return RunDialog(line, line.has("--ok-cancel") ? eDialogOkCancel : eDialogOk);
+    const CommandLine line(
+        argc, argv, {{"--align", true}, {"--ok-cancel", false}, {"--default-cancel", false}});
+    if (line.has("--default-cancel") && !line.has("--ok-cancel"))
+        throw UsageError("ok: --default-cancel needs --ok-cancel");
+    if (!line.has("--ok-cancel")) return RunDialog(line, eDialogOk);
+    return RunDialog(line, eDialogOkCancel, !line.has("--default-cancel"));
 }
 
 }  // namespace VantorTool

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "Answer.h"
 #include "CommandLine.h"
 #include "Commands.h"
 #include "Screen.h"
@@ -25,7 +26,8 @@ Entries ReadEntries(const CommandLine& line) {
     Entries entries;
     if (!line.has("--tag")) {
         for (size_t i = 0; i < words.size(); ++i) {
-            entries.shown.push_back(words[i]);
+            // An empty entry has no width to highlight: a blank gives it one.
+            entries.shown.push_back(words[i].empty() ? " " : words[i]);
             entries.answers.push_back(std::to_string(i + 1));
         }
         return entries;
@@ -59,11 +61,17 @@ void MenuSize(const Entries& entries, bool horizontal, const Screen& screen, int
 }
 
 // The title is a line of the main canvas just above the menu, so Restore takes it away
-// with the menu. A title wider than the box is cut after the last whole character.
-void ShowTitle(const std::string& title, const Box& box, int titleWidth, int titleHeight) {
-    InitCanvas(box.x, box.y, box.width, titleHeight);
-    const size_t fits = size_t(std::max(1, box.width / std::max(1, titleWidth)));
-    WriteText(0, 0, FirstCharacters(title, fits).c_str(), 0xFFFFFF, 1);
+// with the menu. It spans the entries' column (the library sets them 3 pixels in from
+// the menu's edge) and is placed in it as the entries are; a title wider than the box
+// is cut after the last whole character.
+void ShowTitle(const std::string& title, const Box& box, int span, int titleWidth,
+               int titleHeight, int align) {
+    const int inset = 3;
+    const int room = std::max(1, std::min(span, box.width - inset));
+    InitCanvas(box.x + inset, box.y, room, titleHeight);
+    const size_t fits = size_t(std::max(1, room / std::max(1, titleWidth)));
+    WriteAlignedTextWithBackground(0, 0, FirstCharacters(title, fits).c_str(), 0xFFFFFF,
+                                   0x000000, 1, align);
     Update();
 }
 
@@ -87,10 +95,12 @@ int RunMenu(int argc, char** argv) {
     int width = 0, height = 0, titleWidth = 0, titleHeight = 0;
     MenuSize(entries, horizontal, screen, width, height);
     if (!title.empty()) getFontSize(1, &titleWidth, &titleHeight);
-    width = std::max(width, int(Characters(title)) * titleWidth);
+    const int titleSpan = int(Characters(title)) * titleWidth;
+    const int span = std::max(width - 16, titleSpan);
+    width = std::max(width, titleSpan);
     // The box is cut to the screen; the menu scrolls within what is left under the title.
     const Box box = screen.Place(line.value("--geometry"), width, height + titleHeight);
-    if (!title.empty()) ShowTitle(title, box, titleWidth, titleHeight);
+    if (!title.empty()) ShowTitle(title, box, span, titleWidth, titleHeight, align);
 
     std::vector<const char*> items;
     for (const std::string& text : entries.shown) items.push_back(text.c_str());
@@ -100,7 +110,7 @@ int RunMenu(int argc, char** argv) {
     const int answer = ShowMenu(items.data(), horizontal ? eMenuHorizontal : eMenuVertical, align);
     if (!line.has("--keep")) Restore();
     if (answer < 1) return StatusOfLeavingKey(answer);
-    std::printf("%s\n", entries.answers[size_t(answer) - 1].c_str());
+    WriteAnswer(entries.answers[size_t(answer) - 1]);
     return kExitOk;
 }
 

@@ -17,6 +17,9 @@ Box ParsePoint(const std::string& option, const std::string& text);        // X,
 Box ParseBox(const std::string& option, const std::string& text);          // X,Y,W,H
 float ParseNumber(const std::string& option, const std::string& text, float least, float most);
 int ParseAlign(const std::string& option, const std::string& text);  // an eAlignMode
+// A plain decimal number ("42", "-1.5", "7."): no hex, exponent, inf or nan, which
+// strtof would also take and a script never means.
+bool ReadDecimal(const std::string& text, float& value);
 
 }  // namespace VantorTool
 
