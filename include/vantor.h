@@ -196,6 +196,15 @@ VANTOR_C_API int InitMenuBox(int x, int y, int width, int height);
  *  going away during
  *  the wait (the menu is taken off the screen first). */
 VANTOR_C_API int ShowMenu(const char** entries, int orientation, int align);
+/* The size (width, height) of the menu that ShowMenu with these entries would paint
+ * now: the entries appended to those the menu holds, laid out where InitMenu or
+ * InitMenuBox placed it (before either, at (0, 0) on the whole screen), as the window
+ * onto the entries when they would not fit. Entries are read in the text encoding set by
+ * setTextEncoding, as ShowMenu reads them; no keypad is needed.
+ *  0 ok;  -1 entries, width or height NULL, or no entries at all (ShowMenu would answer
+ *  -1 and paint nothing);  -2 no framebuffer, or a menu ShowMenu would refuse as too
+ *  large. On failure the sizes that can be written are 0. */
+VANTOR_C_API int getMenuSize(const char** entries, int orientation, int* width, int* height);
 
 /* --- Progress window ---------------------------------------------------------- */
 

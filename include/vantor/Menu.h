@@ -61,7 +61,6 @@ class VANTOR_API CMenu : public CCanvas {
     long long Extent(CGObj* entry) const;
     long long Gap() const;
     long long EntriesEnd() const;
-    int WidestEntry() const;
 
     bool scrolling = false;  // set by FitToScreen
     size_t firstShown = 0;

@@ -9,6 +9,9 @@ class CMenu;
 // Whether the menu, with these entries added, makes a canvas of at most maxPixels on a
 // screen of this size. A menu longer than the screen scrolls, so only the part that can
 // be shown counts; what can fail is an entry far too wide (or, in a row, too tall).
+// The largest canvas, in pixels, that a widget may have on a screen of this size.
+long long CanvasPixelLimit(int screenWidth, int screenHeight);
+
 bool MenuFits(CMenu& menu, const char** entries, int orientation, int screenWidth, int screenHeight,
               long long maxPixels);
 

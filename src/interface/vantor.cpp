@@ -36,13 +36,6 @@ context* pContext = nullptr;
 
 namespace {
 
-// A canvas, dialog, progress window or menu bigger than a few screens can never be
-// shown; such a size comes from a bad argument and fails at once instead of pushing a
-// small device into memory exhaustion (each canvas holds two buffers of 4 bytes per
-// pixel). Tiny screens still get room for a usual widget.
-const long long kScreensWorth = 4;
-const long long kMinCanvasPixels = 1LL << 16;
-
 CContextKeypad& WidgetKeypad() {
     static CContextKeypad keypad;
     return keypad;
@@ -57,9 +50,7 @@ CFramebuffer& Screen() {
 }
 
 long long MaxCanvasPixels() {
-    const long long screen =
-        static_cast<long long>(Screen().getScreenWidth()) * Screen().getScreenHeight();
-    return std::max(kScreensWorth * screen, kMinCanvasPixels);
+    return CanvasPixelLimit(Screen().getScreenWidth(), Screen().getScreenHeight());
 }
 
 bool IsAcceptableSize(int width, int height) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <climits>
 
+#include "MenuLayout.h"
 #include "vantor/Menu.h"
 
 namespace Vantor {
@@ -52,7 +53,7 @@ int CDialog::CreateMenu() {
     pMenu->orientation = eMenuHorizontal;
     AddButtons();
     pMenu->Draw();
-    pMenu->Autoresize(3);
+    pMenu->Autoresize(CMenuLayout::kBorder);
     pMenu->setOffset(Before(frame.bottomRight.x, pMenu->getWidth()),
                      Before(frame.bottomRight.y, pMenu->getHeight()));
     return 0;

@@ -3,6 +3,7 @@
 #include <climits>
 #include <iterator>
 
+#include "MenuLayout.h"
 #include "vantor/Keypad.h"
 #include "vantor/MenuItem.h"
 
@@ -46,24 +47,12 @@ int CMenu::AddItem(int id, const char* text, bool selected) {
     return 0;
 }
 
-// Places the entries so they can be measured, and draws them into the canvas. A
-// column steps down by the text height plus 8, a row right by the text width plus 15.
+// Places the entries so they can be measured, and draws them into the canvas.
 int CMenu::Draw() {
     if (objects.empty()) return -1;
     if (orientation != eMenuVertical && orientation != eMenuHorizontal) return 0;
-    CPoint at(5, 5);
-    for (CGObj* entry : objects) {
-        int width = 0;
-        int height = 0;
-        entry->setPosition(at);
-        entry->getSize(width, height);
-        if (orientation == eMenuVertical) {
-            at.y += height + 8;
-        } else {
-            at.x += width + 15;
-        }
-        entry->Draw(*this);
-    }
+    CMenuLayout(orientation).Place(objects);
+    for (CGObj* entry : objects) entry->Draw(*this);
     return 0;
 }
 

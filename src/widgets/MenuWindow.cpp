@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "MenuLayout.h"
 #include "vantor/BitmapFont.h"
 #include "vantor/Menu.h"
 #include "vantor/MenuItem.h"
@@ -12,11 +13,9 @@ namespace Vantor {
 
 namespace {
 
-const int kStart = 5;
-const int kBorder = 3;
-const int kColumnGap = 8;
-const int kRowGap = 15;
-const int kMarkStrip = 8;  // room for a mark at either end of the window
+const int kStart = CMenuLayout::kStart;
+const int kBorder = CMenuLayout::kBorder;
+const int kMarkStrip = CMenuLayout::kMarkStrip;
 const int kMarkDepth = 5;  // a mark is a triangle 5 pixels deep and 9 wide
 const int kMarkInset = 3;  // from the window's edge to the mark's tip
 const uint32_t kMarkColour = 0xFFFFFF;
@@ -48,16 +47,17 @@ void CMenu::OpenWindow(long long room) {
     scrolling = true;
     firstShown = 0;
     const int cell = font.header.glyphHeight;
-    const long long widest = WidestEntry();
+    const long long widest = CMenuLayout::Widest(objects);
     windowEnd = room - kMarkStrip - kBorder;
     if (orientation == eMenuVertical) {
         const long long shown = static_cast<long long>(ShownFrom(0));
-        windowEnd = kStart + kMarkStrip + (shown - 1) * (cell + kColumnGap) + cell;
-        setSize(static_cast<int>(widest + kStart + kBorder - 1),
+        windowEnd = kStart + kMarkStrip + (shown - 1) * (cell + CMenuLayout::kColumnGap) + cell;
+        setSize(static_cast<int>(CMenuLayout::Canvas(widest)),
                 static_cast<int>(windowEnd + kMarkStrip + kBorder));
     } else {
         windowEnd = std::max(windowEnd, kStart + kMarkStrip + widest);
-        setSize(static_cast<int>(windowEnd + kMarkStrip + kBorder), cell + kStart + kBorder - 1);
+        setSize(static_cast<int>(windowEnd + kMarkStrip + kBorder),
+                static_cast<int>(CMenuLayout::Canvas(cell)));
     }
 }
 
@@ -126,28 +126,16 @@ size_t CMenu::SelectedIndex() const {
 long long CMenu::Extent(CGObj* entry) const {
     int width = 0, height = 0;
     entry->getSize(width, height);
-    return orientation == eMenuVertical ? height : width;
+    return CMenuLayout(orientation).Along(width, height);
 }
 
 long long CMenu::Gap() const {
-    return orientation == eMenuVertical ? kColumnGap : kRowGap;
+    return CMenuLayout(orientation).Gap();
 }
 
 // Where the last entry ends along the menu's axis in the layout of a menu that fits.
 long long CMenu::EntriesEnd() const {
-    long long at = kStart;
-    for (CGObj* entry : objects) at += Extent(entry) + Gap();
-    return at - Gap();
-}
-
-int CMenu::WidestEntry() const {
-    int widest = 0;
-    for (CGObj* entry : objects) {
-        int width = 0, height = 0;
-        entry->getSize(width, height);
-        widest = std::max(widest, width);
-    }
-    return widest;
+    return kStart + CMenuLayout(orientation).Length(objects);
 }
 
 }  // namespace Vantor
