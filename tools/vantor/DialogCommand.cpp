@@ -47,13 +47,12 @@ void FitHeight(std::vector<std::string>& lines, const Box& box, const Screen& sc
 
 // The library's Ok/Cancel dialog starts on Cancel; a script asking "Ok?" expects Ok
 // first. So the lines are shown as a dialog without buttons, and the two buttons as a
-// row menu where the dialog's own would be: the same look, starting on Ok. The
-// library's button row is its two labels 15 pixels apart with 5 pixels before them,
-// cut to a 3-pixel margin, in the dialog's bottom-right corner.
-int AskOkFirst(std::vector<const char*>& texts, const Box& box, int align, const Screen& screen) {
+// row menu where the dialog's own would be, in its bottom-right corner: the same look,
+// starting on Ok.
+int AskOkFirst(std::vector<const char*>& texts, const Box& box, int align) {
     const char* buttons[] = {"Ok", "Cancel", nullptr};
-    const int rowWidth = (2 + 6) * screen.cellWidth() + 15 + 2 * 3 + 1;
-    const int rowHeight = screen.cellHeight() + 2 * 3 + 1;
+    int rowWidth = 0, rowHeight = 0;
+    getMenuSize(buttons, eMenuHorizontal, &rowWidth, &rowHeight);
     ShowDialog(texts.data(), 0, align);
     InitMenu(box.x + box.width - 1 - rowWidth, box.y + box.height - 1 - rowHeight);
     return ShowMenu(buttons, eMenuHorizontal, eAlignLeft);
@@ -81,7 +80,7 @@ int RunDialog(const CommandLine& line, int type, bool okFirst = false) {
     InitCanvas(box.x, box.y, box.width, box.height);
     InitDialog(box.x, box.y, box.width, box.height);
     const int answer =
-        okFirst ? AskOkFirst(texts, box, align, screen) : ShowDialog(texts.data(), type, align);
+        okFirst ? AskOkFirst(texts, box, align) : ShowDialog(texts.data(), type, align);
     Restore();
     if (answer == 1) return kExitOk;
     if (answer == 2) return kExitDeclined;

@@ -44,34 +44,27 @@ Entries ReadEntries(const CommandLine& line) {
     return entries;
 }
 
-// The library's menu keeps 5 pixels around its entries and 8 between rows (15 between
-// columns); this estimate only places the menu, the library sizes it itself, and a menu
-// longer than its box scrolls.
-void MenuSize(const Entries& entries, bool horizontal, const Screen& screen, int& width,
-              int& height) {
-    const int cw = screen.cellWidth(), ch = screen.cellHeight();
-    width = height = 0;
-    for (const std::string& text : entries.shown) {
-        const int w = int(Characters(text)) * cw;
-        width = horizontal ? width + w + 15 : std::max(width, w);
-    }
-    const int rows = horizontal ? 1 : int(entries.shown.size());
-    width += 16;
-    height = rows * (ch + 8) + 8;
+std::vector<const char*> Items(const Entries& entries) {
+    std::vector<const char*> items;
+    for (const std::string& text : entries.shown) items.push_back(text.c_str());
+    items.push_back(nullptr);
+    return items;
 }
 
+// The library sets a menu's entries this far in from its edges.
+const int kMenuInset = 3;
+
 // The title is a line of the main canvas just above the menu, so Restore takes it away
-// with the menu. It spans the entries' column (the library sets them 3 pixels in from
-// the menu's edge) and is placed in it as the entries are; a title wider than the box
-// is cut after the last whole character.
-void ShowTitle(const std::string& title, const Box& box, int span, int titleWidth,
-               int titleHeight, int align) {
-    const int inset = 3;
+// with the menu. It spans the entries' column and is placed in it as the entries are; a
+// title wider than the box is cut after the last whole character.
+void ShowTitle(const std::string& title, const Box& box, int span, int titleWidth, int titleHeight,
+               int align) {
+    const int inset = kMenuInset;
     const int room = std::max(1, std::min(span, box.width - inset));
     InitCanvas(box.x + inset, box.y, room, titleHeight);
     const size_t fits = size_t(std::max(1, room / std::max(1, titleWidth)));
-    WriteAlignedTextWithBackground(0, 0, FirstCharacters(title, fits).c_str(), 0xFFFFFF,
-                                   0x000000, 1, align);
+    WriteAlignedTextWithBackground(0, 0, FirstCharacters(title, fits).c_str(), 0xFFFFFF, 0x000000,
+                                   1, align);
     Update();
 }
 
@@ -92,22 +85,22 @@ int RunMenu(int argc, char** argv) {
 
     Screen screen(line.value("--device"));
     Screen::OpenKeypad();
+    std::vector<const char*> items = Items(entries);
+    const int orientation = horizontal ? eMenuHorizontal : eMenuVertical;
+    // A menu the library refuses measures 0 x 0, and ShowMenu gives the refusal below.
     int width = 0, height = 0, titleWidth = 0, titleHeight = 0;
-    MenuSize(entries, horizontal, screen, width, height);
+    getMenuSize(items.data(), orientation, &width, &height);
     if (!title.empty()) getFontSize(1, &titleWidth, &titleHeight);
     const int titleSpan = int(Characters(title)) * titleWidth;
-    const int span = std::max(width - 16, titleSpan);
+    const int span = std::max(width - 2 * kMenuInset - 1, titleSpan);
     width = std::max(width, titleSpan);
     // The box is cut to the screen; the menu scrolls within what is left under the title.
     const Box box = screen.Place(line.value("--geometry"), width, height + titleHeight);
     if (!title.empty()) ShowTitle(title, box, span, titleWidth, titleHeight, align);
 
-    std::vector<const char*> items;
-    for (const std::string& text : entries.shown) items.push_back(text.c_str());
-    items.push_back(nullptr);
     if (InitMenuBox(box.x, box.y + titleHeight, box.width, std::max(1, box.height - titleHeight)))
         throw CommandFailure(kExitNoDisplay, "the menu cannot be made");
-    const int answer = ShowMenu(items.data(), horizontal ? eMenuHorizontal : eMenuVertical, align);
+    const int answer = ShowMenu(items.data(), orientation, align);
     if (!line.has("--keep")) Restore();
     if (answer < 1) return StatusOfLeavingKey(answer);
     WriteAnswer(entries.answers[size_t(answer) - 1]);
