@@ -50,9 +50,14 @@ extern "C" {
 #define VANTOR_KEY_DOWN 114   /* next entry */
 #define VANTOR_KEY_OK 10      /* choose */
 #define VANTOR_KEY_SELECT 103 /* choose */
-#define VANTOR_KEY_BACK 26    /* leave, result 0 */
-#define VANTOR_KEY_CANCEL 3   /* leave, result -3 */
-#define VANTOR_KEY_HOME 9     /* leave, result -4 */
+#define VANTOR_KEY_BACK 26    /* leave with VANTOR_MENU_BACK */
+#define VANTOR_KEY_CANCEL 3   /* leave with VANTOR_MENU_CANCEL */
+#define VANTOR_KEY_HOME 9     /* leave with VANTOR_MENU_HOME */
+
+/* What a menu, or a dialog with buttons, answers when the user leaves it by those keys. */
+#define VANTOR_MENU_BACK 0
+#define VANTOR_MENU_CANCEL (-3)
+#define VANTOR_MENU_HOME (-4)
 
 /* --- State ------------------------------------------------------------------ */
 

@@ -28,6 +28,11 @@ class VANTOR_API CProgress : public CCanvas {
     // setProgress or setText makes fresh ones.
     void Clear();
 
+    // The caption and the bar keep this far from the window's edges (the caption from the
+    // top and left, the bar from the left, right and bottom); the bar is this high.
+    static const int kInset = 5;
+    static const int kBarHeight = 15;
+
     CBitmapFont& font;
     CProgressBar* pBar;
     CAsciiText* pText;

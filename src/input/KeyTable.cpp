@@ -7,6 +7,7 @@
 #include <iterator>
 
 #include "vantor.h"
+#include "vantor/KeypadMatrix.h"
 
 namespace Vantor {
 
@@ -14,9 +15,10 @@ namespace {
 
 // The keypad matrix of the target device.
 const int kTCA8418[][2] = {
-    {KEY_COFFEE, VANTOR_KEY_HOME},  {KEY_WWW, VANTOR_KEY_BACK}, {KEY_PROG2, VANTOR_KEY_OK},
-    {KEY_M, VANTOR_KEY_SELECT},     {KEY_5, VANTOR_KEY_UP},     {KEY_6, VANTOR_KEY_DOWN},
-    {KEY_SLASH, VANTOR_KEY_CANCEL},
+    {KeypadMatrix::kHome, VANTOR_KEY_HOME},     {KeypadMatrix::kBack, VANTOR_KEY_BACK},
+    {KeypadMatrix::kOk, VANTOR_KEY_OK},         {KeypadMatrix::kSelect, VANTOR_KEY_SELECT},
+    {KeypadMatrix::kUp, VANTOR_KEY_UP},         {KeypadMatrix::kDown, VANTOR_KEY_DOWN},
+    {KeypadMatrix::kCancel, VANTOR_KEY_CANCEL},
 };
 
 // What boards without that keypad have: gpio-keys and adc-keys buttons (volume and

@@ -1,17 +1,18 @@
 #include "vantor/TCA8418Keypad.h"
 
+#include "KeyTable.h"
+
 namespace Vantor {
 
 CTCA8418Keypad::CTCA8418Keypad() {
     // A missing device only leaves the path empty; the owner decides what that means.
     FindDevice("tca8418");
-    keyTable.insert({152, 9});   // KEY_COFFEE: leave with -4
-    keyTable.insert({150, 26});  // KEY_WWW: leave with 0
-    keyTable.insert({149, 10});  // KEY_PROG2: choose
-    keyTable.insert({50, 103});  // KEY_M: choose
-    keyTable.insert({6, 108});   // KEY_5: previous entry
-    keyTable.insert({7, 114});   // KEY_6: next entry
-    keyTable.insert({53, 3});    // KEY_SLASH: leave with -3
+    // The keypad's keys as the default key table gives them.
+    const CKeyTable matrix;
+    for (int code = 1; code < CKeyTable::kCodes; ++code) {
+        const int key = matrix.Translate(code);
+        if (key != -1) keyTable.insert({code, key});
+    }
 }
 
 CTCA8418Keypad::~CTCA8418Keypad() {

@@ -4,20 +4,13 @@
 #include <iterator>
 
 #include "MenuLayout.h"
+#include "vantor.h"
 #include "vantor/Keypad.h"
 #include "vantor/MenuItem.h"
 
 namespace Vantor {
 
 namespace {
-
-const int kKeyPrevious = 108;
-const int kKeyNext = 114;
-const int kKeyChoose = 10;
-const int kKeySelect = 103;
-const int kKeyBack = 26;
-const int kKeyCancel = 3;
-const int kKeyHome = 9;
 
 const int kResultKeypadLost = -2;  // what a query answers when its keypad lost its device
 
@@ -106,23 +99,23 @@ void CMenu::PaintMenu(const CScreen& screen) {
 int CMenu::WaitForChoice(const CScreen& screen, float timeout) {
     for (;;) {
         switch (keypad.WaitKeyEvent(timeout)) {
-            case kKeyPrevious:
+            case VANTOR_KEY_UP:
                 SelectNeighbour(false);
                 PaintMenu(screen);
                 break;
-            case kKeyNext:
+            case VANTOR_KEY_DOWN:
                 SelectNeighbour(true);
                 PaintMenu(screen);
                 break;
-            case kKeyChoose:
-            case kKeySelect:
+            case VANTOR_KEY_OK:
+            case VANTOR_KEY_SELECT:
                 return SelectedId();
-            case kKeyBack:
-                return 0;
-            case kKeyCancel:
-                return -3;
-            case kKeyHome:
-                return -4;
+            case VANTOR_KEY_BACK:
+                return VANTOR_MENU_BACK;
+            case VANTOR_KEY_CANCEL:
+                return VANTOR_MENU_CANCEL;
+            case VANTOR_KEY_HOME:
+                return VANTOR_MENU_HOME;
             default:
                 if (keypad.IsDeviceLost()) return kResultKeypadLost;
                 break;

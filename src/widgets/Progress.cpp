@@ -17,14 +17,14 @@ CProgress::~CProgress() {
     pText = nullptr;
 }
 
-// The bar keeps 5 pixels from the left, right and bottom edges and is 15 pixels high.
 void CProgress::AddBar() {
-    pBar = new CProgressBar(5, getHeight() - 20, getWidth() - 10, 15);
+    pBar = new CProgressBar(kInset, getHeight() - kInset - kBarHeight, getWidth() - 2 * kInset,
+                            kBarHeight);
     objects.push_back(pBar);
 }
 
 void CProgress::AddText(const char* text) {
-    pText = new CAsciiText(text, font, CPoint(5, 5));
+    pText = new CAsciiText(text, font, CPoint(kInset, kInset));
     objects.push_back(pText);
 }
 

@@ -79,6 +79,12 @@ void Interface::Script(const char* codes, int index) {
     ASSERT_EQ(0, vp_input_script(index, codes));
 }
 
+void Interface::Script(const std::vector<int>& codes, int index) {
+    std::string text;
+    for (int code : codes) text += (text.empty() ? "" : ", ") + std::to_string(code);
+    Script(text.c_str(), index);
+}
+
 void Interface::Press(int code, int index, int value) {
     ASSERT_EQ(0, vp_input_event(index, 1, code, value));
 }

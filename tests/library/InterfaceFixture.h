@@ -9,6 +9,10 @@
 #include <vector>
 
 #include "vantor.h"
+#include "vantor/KeypadMatrix.h"
+
+// The keypad keys the tests press, by name.
+using namespace Vantor::KeypadMatrix;
 
 // Every C-interface test starts from a freshly loaded library state, a virtual 320x240
 // framebuffer at /dev/fb0 and the two fonts (8x16 cells) at their installed paths.
@@ -28,6 +32,7 @@ class Interface : public ::testing::Test {
 
     void AddKeypad(int index = 0, const char* name = "tca8418 keypad");
     void Script(const char* codes, int index = 0);  // device codes, each pressed and released
+    void Script(const std::vector<int>& codes, int index = 0);
     void Press(int code, int index = 0, int value = 1);
 
     // What `call` writes on standard output, then what it writes on the error stream.

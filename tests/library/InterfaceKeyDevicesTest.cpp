@@ -148,13 +148,14 @@ TEST_F(KeyDevices, MenuGoesOnWhenOneDeviceIsUnplugged) {
             if (index == 12 && ++waits == 2) vp_input_remove(12);
         },
         nullptr);
-    Script("115, 115", 12);  // volume up twice: to the last entry, then the second
-    Script("6, 6, 50", 0);   // up from the second wraps to the third
+    // Volume up twice: to the last entry, then the second; up from there wraps to the third.
+    Script({KEY_VOLUMEUP, KEY_VOLUMEUP}, 12);
+    Script({kUp, kUp, kSelect}, 0);
     EXPECT_EQ(1, ShowMenu(kEntries, eMenuVertical, eAlignLeft));
     EXPECT_EQ(1, vp_input_open_count(0));
 
     vp_set_wait_hook(nullptr, nullptr);
-    Script("7", 0);
+    Script({kDown}, 0);
     ASSERT_EQ(0, InitMenu(10, 10));
     waits = 0;
     vp_set_wait_hook([](int, void*) { ++waits == 2 && vp_input_remove(0); }, nullptr);

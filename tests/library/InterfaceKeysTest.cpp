@@ -17,6 +17,7 @@
 #include "vantor/Context.h"
 #include "vantor/Keypad.h"
 #include "vantor/Menu.h"
+#include "vantor/Progress.h"
 #include "vantor_platform.h"
 
 using Vantor::pContext;
@@ -38,11 +39,16 @@ TEST_F(Interface, WaitKeyTimeOuts) {
     AddKeypad();
     ASSERT_EQ(0, InitKeypad());
     const float inf = std::numeric_limits<float>::infinity();
-    const std::pair<float, int> cases[] = {{-1.0f, -1},  {-inf, -1},  {std::nanf(""), -1},
-                                           {-1e30f, -1}, {0.0f, 10},  {inf, 10},
-                                           {1e30f, 10},  {1e-30f, 10}};
+    const std::pair<float, int> cases[] = {{-1.0f, -1},
+                                           {-inf, -1},
+                                           {std::nanf(""), -1},
+                                           {-1e30f, -1},
+                                           {0.0f, VANTOR_KEY_OK},
+                                           {inf, VANTOR_KEY_OK},
+                                           {1e30f, VANTOR_KEY_OK},
+                                           {1e-30f, VANTOR_KEY_OK}};
     for (const auto& [timeout, key] : cases) {
-        Press(149);
+        Press(kOk);
         EXPECT_EQ(key, WaitKey(timeout)) << timeout;
         WaitKey(0.0f);  // takes the key where it was left
     }
@@ -62,9 +68,9 @@ TEST_F(Interface, ASignalDuringAWaitDoesNotEndIt) {
         std::this_thread::sleep_for(std::chrono::milliseconds(50));
         pthread_kill(waiter, SIGUSR1);
         std::this_thread::sleep_for(std::chrono::milliseconds(50));
-        Press(149);
+        Press(kOk);
     });
-    EXPECT_EQ(10, WaitKey(5.0f));
+    EXPECT_EQ(VANTOR_KEY_OK, WaitKey(5.0f));
     presser.join();
     sigaction(SIGUSR1, &old, nullptr);
 }
@@ -107,12 +113,12 @@ TEST_F(Interface, KeyPressesAreTranslatedAndEverythingElseIsMinusOne) {
     for (int k : fillers) close(k);
     ASSERT_EQ(1500, pContext->pKeypad->fd);
 
-    ASSERT_EQ(0, vp_input_key(0, 50, 1));
-    Press(50, 0, 0);   // release
-    Press(149, 0, 2);  // auto-repeat
-    Press(30);         // a key that is not on the keypad
-    Press(149);
-    const int expected[] = {-1, 103, -1, -1, -1, -1, 10, -1};
+    ASSERT_EQ(0, vp_input_key(0, kSelect, 1));
+    Press(kSelect, 0, 0);  // release
+    Press(kOk, 0, 2);      // auto-repeat
+    Press(KEY_A);          // a key that is not on the keypad
+    Press(kOk);
+    const int expected[] = {-1, VANTOR_KEY_SELECT, -1, -1, -1, -1, VANTOR_KEY_OK, -1};
     for (int key : expected) EXPECT_EQ(key, WaitKey(0.0f));
 }
 
@@ -123,17 +129,17 @@ TEST_F(Interface, MenuAnswersTheKeysOfTheKeypad) {
     AddKeypad();
     InitKeypad();
     const std::vector<uint32_t> before = Snapshot();
-    const std::pair<const char*, int> cases[] = {
-        {"7, 7, 149", 3},     // next, next, choose
-        {"6, 50", 3},         // previous wraps to the last entry
-        {"7, 7, 7, 149", 1},  // next wraps to the first
-        {"150", 0},          {"53", -3}, {"152", -4},
+    const std::pair<std::vector<int>, int> cases[] = {
+        {{kDown, kDown, kOk}, 3},        {{kUp, kSelect}, 3},  // previous wraps to the last entry
+        {{kDown, kDown, kDown, kOk}, 1},                       // next wraps to the first
+        {{kBack}, VANTOR_MENU_BACK},     {{kCancel}, VANTOR_MENU_CANCEL},
+        {{kHome}, VANTOR_MENU_HOME},
     };
     for (const auto& [keys, result] : cases) {
         InitMenu(10, 10);
         Script(keys);
-        EXPECT_EQ(result, ShowMenu(kEntries, eMenuVertical, eAlignLeft)) << keys;
-        EXPECT_TRUE(before == Snapshot()) << keys;
+        EXPECT_EQ(result, ShowMenu(kEntries, eMenuVertical, eAlignLeft)) << keys[0];
+        EXPECT_TRUE(before == Snapshot()) << keys[0];
     }
 }
 
@@ -153,9 +159,9 @@ TEST_F(Interface, ShowMenuRefusesOrAppends) {
     AddKeypad();
     InitKeypad();
     InitMenu(0, 0);
-    Script("7, 150");
-    EXPECT_EQ(0, ShowMenu(kEntries, eMenuVertical, eAlignLeft));
-    Script("149");
+    Script({kDown, kBack});
+    EXPECT_EQ(VANTOR_MENU_BACK, ShowMenu(kEntries, eMenuVertical, eAlignLeft));
+    Script({kOk});
     EXPECT_EQ(2, ShowMenu(kEntries, eMenuVertical, eAlignLeft));
     EXPECT_EQ(6u, pContext->pMenu->objects.size());
     const char* none[] = {nullptr};
@@ -183,7 +189,7 @@ TEST_F(Interface, KeypadLostDuringAWaitEndsTheWaitUntilInitKeypadFindsItAgain) {
         waits = 0;
         AddKeypad();
         ASSERT_EQ(0, InitKeypad());
-        Script("7");
+        Script({kDown});
         EXPECT_EQ(-2, dialog ? ShowDialog(lines, eDialogYesNo, eAlignLeft)
                              : ShowMenu(kEntries, eMenuVertical, eAlignLeft));
         EXPECT_EQ(-1, WaitKey(0.0f));
@@ -191,9 +197,9 @@ TEST_F(Interface, KeypadLostDuringAWaitEndsTheWaitUntilInitKeypadFindsItAgain) {
     }
     AddKeypad();
     ASSERT_EQ(0, InitKeypad());
-    Script("150");
-    EXPECT_EQ(0, ShowMenu(kEntries, eMenuVertical, eAlignLeft));
-    Script("6, 50");
+    Script({kBack});
+    EXPECT_EQ(VANTOR_MENU_BACK, ShowMenu(kEntries, eMenuVertical, eAlignLeft));
+    Script({kUp, kSelect});
     EXPECT_EQ(1, ShowDialog(lines, eDialogYesNo, eAlignLeft));
     alarm(0);
 }
@@ -211,16 +217,16 @@ TEST_F(Interface, DialogTypesAnswerAndHideLeavesBlack) {
     const char* lines[] = {"Line one", "Line two", nullptr};
     const struct {
         int type;
-        const char* keys;
+        std::vector<int> keys;
         int result;
-    } cases[] = {{eDialogOkCancel, "50", 2},
-                 {eDialogYesNo, "6, 149", 1},
-                 {eDialogYesNo, "149", 2},  // No is chosen first
-                 {eDialogOk, "6, 7, 149", 1},
-                 {7, nullptr, -1}};
+    } cases[] = {{eDialogOkCancel, {kSelect}, 2},
+                 {eDialogYesNo, {kUp, kOk}, 1},
+                 {eDialogYesNo, {kOk}, 2},  // No is chosen first
+                 {eDialogOk, {kUp, kDown, kOk}, 1},
+                 {7, {}, -1}};
     for (const auto& c : cases) {
-        if (c.keys != nullptr) Script(c.keys);
-        EXPECT_EQ(c.result, ShowDialog(lines, c.type, eAlignLeft)) << c.type << " " << c.keys;
+        if (!c.keys.empty()) Script(c.keys);
+        EXPECT_EQ(c.result, ShowDialog(lines, c.type, eAlignLeft)) << c.type;
     }
     EXPECT_EQ(0u, Pixel(20, 20));
     EXPECT_EQ(0x445566u, Pixel(19, 20));
@@ -231,6 +237,23 @@ TEST_F(Interface, DialogTypesAnswerAndHideLeavesBlack) {
     EXPECT_EQ(0u, Pixel(22, 22));
     EXPECT_EQ(-2, ShowDialog(nullptr, 0, eAlignLeft));
 }
+
+namespace {
+
+// The bar of the progress window (50, 50, 200, 60) on the screen, right and bottom
+// exclusive, and the last column its fill covers for a share of 0..1: the frame's far
+// column is not counted.
+const int kBarLeft = 50 + Vantor::CProgress::kInset,
+          kBarRight = 50 + 200 - Vantor::CProgress::kInset;
+const int kBarBottom = 50 + 60 - Vantor::CProgress::kInset;
+const int kBarTop = kBarBottom - Vantor::CProgress::kBarHeight,
+          kBarMiddle = (kBarTop + kBarBottom) / 2;
+
+int LastFilled(float share) {
+    return kBarLeft + int(share * float(kBarRight - kBarLeft - 1)) - 1;
+}
+
+}  // namespace
 
 // An update repaints only the bar, whose fill is clamped to 0..100 % and covers its
 // share of the bar to the pixel; hiding gives the screen back.
@@ -246,19 +269,23 @@ TEST_F(Interface, ProgressWindowShowsUpdatesAndHides) {
     const std::vector<uint32_t> updated = Snapshot();
     for (int k = 0; k < kWidth * kHeight; ++k) {
         const int x = k % kWidth, y = k / kWidth;
-        const bool inBar = x >= 55 && x < 245 && y >= 90 && y < 105;
+        const bool inBar = x >= kBarLeft && x < kBarRight && y >= kBarTop && y < kBarBottom;
         if (!inBar) {
             ASSERT_EQ(shown[k], updated[k]) << x << "," << y;
         }
     }
     // The bar's outline is white, its fill white up to the last column, the rest black;
-    // a full bar runs into the outline's right column (244).
-    const std::pair<float, int> fills[] = {
-        {50, 148}, {-3, 55}, {std::nanf(""), 55}, {0.5f, 55}, {150, 243}};
+    // a full bar runs into the outline's right column.
+    const int full = LastFilled(1);
+    const std::pair<float, int> fills[] = {{50, LastFilled(0.5f)},
+                                           {-3, kBarLeft},
+                                           {std::nanf(""), kBarLeft},
+                                           {0.5f, kBarLeft},
+                                           {150, full}};
     for (const auto& [percent, lastWhite] : fills) {
         EXPECT_EQ(0, UpdateProgress(nullptr, eAlignLeft, percent));
-        EXPECT_EQ(0xFFFFFFu, Pixel(lastWhite, 97)) << percent;
-        EXPECT_EQ(lastWhite == 243 ? 0xFFFFFFu : 0u, Pixel(lastWhite + 1, 97)) << percent;
+        EXPECT_EQ(0xFFFFFFu, Pixel(lastWhite, kBarMiddle)) << percent;
+        EXPECT_EQ(lastWhite == full ? 0xFFFFFFu : 0u, Pixel(lastWhite + 1, kBarMiddle)) << percent;
     }
     // A new caption looks as if the window had been shown with it: nothing of a longer
     // one is left beside it.
@@ -278,13 +305,13 @@ TEST_F(Interface, ClearLeavesWidgetsWorking) {
     InitCanvas(0, 0, kWidth, kHeight);
     InitProgress(50, 50, 200, 60);
     InitMenu(0, 0);
-    Script("150");
+    Script({kBack});
     ShowMenu(kEntries, eMenuVertical, eAlignLeft);
     EXPECT_EQ(0, Clear());
     EXPECT_EQ(0, UpdateProgress(nullptr, eAlignLeft, 50));
     EXPECT_EQ(0, ShowProgress("Again", eAlignLeft, 60));
-    EXPECT_EQ(0xFFFFFFu, Pixel(55 + 112, 97));  // 60 % of 190 columns, less the far one
-    EXPECT_EQ(0u, Pixel(55 + 113, 97));
-    Script("149");
+    EXPECT_EQ(0xFFFFFFu, Pixel(LastFilled(0.6f), kBarMiddle));
+    EXPECT_EQ(0u, Pixel(LastFilled(0.6f) + 1, kBarMiddle));
+    Script({kOk});
     EXPECT_EQ(1, ShowMenu(kEntries, eMenuVertical, eAlignLeft));
 }

@@ -70,9 +70,9 @@ TEST_F(Scroll, EveryEntryIsSeenAndCanBeChosen) {
     for (Walk w : {Walk{eMenuVertical, 10, 4, 0, 1}, Walk{eMenuVertical, 200, 100, 0, -1},
                    Walk{eMenuHorizontal, 7, 30, 0, 1}, Walk{eMenuHorizontal, 100, 200, 0, -1},
                    Walk{eMenuVertical, 10, 4, 100, -1}}) {
-        std::string keys;
-        for (int k = 0; k < kCount + 2; ++k) keys += w.direction > 0 ? "7," : "6,";
-        Script((keys + "149").c_str());
+        std::vector<int> keys(kCount + 2, w.direction > 0 ? kDown : kUp);
+        keys.push_back(kOk);
+        Script(keys);
         vp_set_wait_hook(
             [](int, void* walk) {
                 Walk& w = *static_cast<Walk*>(walk);
@@ -102,7 +102,7 @@ TEST_F(Scroll, AMenuThatFitsIsLaidOutAsAlways) {
             }
         },
         &placed);
-    Script("149");
+    Script({kOk});
     InitMenu(kFitX, kFitY);
     entries[11] = nullptr;
     EXPECT_EQ(1, ShowMenu(entries.data(), eMenuVertical, eAlignLeft));

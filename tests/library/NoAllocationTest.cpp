@@ -39,7 +39,7 @@ TEST_F(NoAllocation, AMenuKeyPressRepaintsWithoutAllocating) {
     static int waits;
     waits = 0;
     vp_set_wait_hook([](int, void*) { seen[waits++] = AllocationCount(); }, nullptr);
-    Script("7, 7, 6, 7, 149");
+    Script({kDown, kDown, kUp, kDown, kOk});
     ASSERT_EQ(3, ShowMenu(entries, eMenuVertical, eAlignLeft));
     ASSERT_EQ(5, waits);
     // Between the first and the last wait the menu stepped and repainted three times.

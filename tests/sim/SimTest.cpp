@@ -9,6 +9,7 @@
 #include "KeyScript.h"
 #include "ShellRun.h"
 #include "TestSupport.h"
+#include "vantor/KeypadMatrix.h"
 
 using namespace VantorSim;
 
@@ -25,9 +26,10 @@ ShellRun Simulate(const std::string& arguments) {
 TEST(KeyScript, NamesCodesSkipsPausesAndComments) {
     const std::vector<KeyStep> steps =
         ParseKeyScript("down,Down  ok # the first choice\n149 none pause:0.25\n");
-    const std::vector<KeyStep> expected = {{KeyStep::Press, 7, 0},   {KeyStep::Press, 7, 0},
-                                           {KeyStep::Press, 149, 0}, {KeyStep::Press, 149, 0},
-                                           {KeyStep::Skip, 0, 0},    {KeyStep::Pause, 0, 0.25}};
+    using Vantor::KeypadMatrix::kDown, Vantor::KeypadMatrix::kOk;
+    const std::vector<KeyStep> expected = {{KeyStep::Press, kDown, 0}, {KeyStep::Press, kDown, 0},
+                                           {KeyStep::Press, kOk, 0},   {KeyStep::Press, 149, 0},
+                                           {KeyStep::Skip, 0, 0},      {KeyStep::Pause, 0, 0.25}};
     EXPECT_EQ(expected, steps);
     for (const char* bad : {"okay", "0", "pause:-1", "pause:x", "70000"}) {
         EXPECT_THROW(ParseKeyScript(bad), std::invalid_argument) << bad;

@@ -8,16 +8,22 @@
 #include <sstream>
 #include <stdexcept>
 
+#include "vantor/KeypadMatrix.h"
+
 namespace VantorSim {
 
 namespace {
 
-// The keypad's device codes under the names of the key codes the library turns them into
-// (VANTOR_KEY_OK is 149's, VANTOR_KEY_SELECT 50's). left and right are aliases of up
-// and down for horizontal menus.
-const std::map<std::string, int> kNames = {{"up", 6},     {"left", 6},   {"down", 7},
-                                           {"right", 7},  {"ok", 149},   {"select", 50},
-                                           {"back", 150}, {"home", 152}, {"cancel", 53}};
+namespace KeypadMatrix = Vantor::KeypadMatrix;
+
+// The keypad's device codes under the names of the key codes the library turns them into.
+// left and right are aliases of up and down for horizontal menus.
+const std::map<std::string, int> kNames = {
+    {"up", KeypadMatrix::kUp},        {"left", KeypadMatrix::kUp},
+    {"down", KeypadMatrix::kDown},    {"right", KeypadMatrix::kDown},
+    {"ok", KeypadMatrix::kOk},        {"select", KeypadMatrix::kSelect},
+    {"back", KeypadMatrix::kBack},    {"home", KeypadMatrix::kHome},
+    {"cancel", KeypadMatrix::kCancel}};
 
 // The same keys as three buttons and a keyboard send them.
 const std::map<std::string, int> kCommonNames = {

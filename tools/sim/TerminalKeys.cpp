@@ -5,9 +5,13 @@
 #include <termios.h>
 #include <unistd.h>
 
+#include "vantor/KeypadMatrix.h"
+
 namespace VantorSim {
 
 namespace {
+
+namespace KeypadMatrix = Vantor::KeypadMatrix;
 
 termios saved;
 
@@ -39,19 +43,19 @@ int TerminalKeys::Poll(int milliseconds) {
     const int code = PollKeypadCode(milliseconds);
     if (!keyboard) return code;
     switch (code) {
-        case 6:
+        case KeypadMatrix::kUp:
             return KEY_UP;
-        case 7:
+        case KeypadMatrix::kDown:
             return KEY_DOWN;
-        case 149:
+        case KeypadMatrix::kOk:
             return KEY_ENTER;
-        case 50:
+        case KeypadMatrix::kSelect:
             return KEY_SPACE;
-        case 150:
+        case KeypadMatrix::kBack:
             return KEY_BACKSPACE;
-        case 152:
+        case KeypadMatrix::kHome:
             return KEY_HOME;
-        case 53:
+        case KeypadMatrix::kCancel:
             return KEY_ESC;
         default:
             return code;
@@ -63,14 +67,14 @@ int TerminalKeys::PollKeypadCode(int milliseconds) {
     switch (byte) {
         case '\r':
         case '\n':
-            return 149;  // ok
+            return KeypadMatrix::kOk;
         case ' ':
-            return 50;  // select
+            return KeypadMatrix::kSelect;
         case 127:
         case '\b':
-            return 150;
+            return KeypadMatrix::kBack;
         case 'h':
-            return 152;
+            return KeypadMatrix::kHome;
         case 'q':
             return kQuit;
         case 27:
@@ -79,14 +83,14 @@ int TerminalKeys::PollKeypadCode(int milliseconds) {
             return -1;
     }
     // Esc alone cancels; Esc [ A..D are the arrow keys.
-    if (ReadByte(20) != '[') return 53;
+    if (ReadByte(20) != '[') return KeypadMatrix::kCancel;
     switch (ReadByte(20)) {
         case 'A':
         case 'D':
-            return 6;
+            return KeypadMatrix::kUp;
         case 'B':
         case 'C':
-            return 7;
+            return KeypadMatrix::kDown;
         default:
             return -1;
     }

@@ -43,7 +43,8 @@ std::string WhyUnusable(const std::string& device) {
     close(fd);
     if (framebuffer) return "the library could not map it or load its fonts (see above)";
     // A DRM card answers no framebuffer request; the library's own line says what it found.
-    if (device.rfind("/dev/dri/", 0) == 0) return "the library could not drive the card (see above)";
+    if (device.rfind("/dev/dri/", 0) == 0)
+        return "the library could not drive the card (see above)";
     return std::string("not a framebuffer (") + std::strerror(error) + ")";
 }
 
@@ -83,11 +84,11 @@ Box Screen::Place(const std::string& geometry, int boxWidth, int boxHeight) cons
 
 ExitStatus StatusOfLeavingKey(int answer) {
     switch (answer) {
-        case 0:
+        case VANTOR_MENU_BACK:
             return kExitDeclined;
-        case -3:
+        case VANTOR_MENU_CANCEL:
             return kExitCancelKey;
-        case -4:
+        case VANTOR_MENU_HOME:
             return kExitHomeKey;
         case -2:
             throw CommandFailure(kExitNoKeypad, "the keypad went away while waiting for a key");
