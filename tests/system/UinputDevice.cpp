@@ -11,10 +11,16 @@
 #include <fstream>
 #include <iterator>
 
+#include "vantor/KeypadMatrix.h"
+
 namespace {
 
+namespace KeypadMatrix = Vantor::KeypadMatrix;
+
 // The keypad's seven keys.
-const int kKeys[] = {6, 7, 50, 53, 149, 150, 152};
+const int kKeys[] = {KeypadMatrix::kUp,     KeypadMatrix::kDown, KeypadMatrix::kSelect,
+                     KeypadMatrix::kCancel, KeypadMatrix::kOk,   KeypadMatrix::kBack,
+                     KeypadMatrix::kHome};
 const int kButtonKeys[] = {KEY_VOLUMEUP, KEY_VOLUMEDOWN, KEY_POWER};
 
 }  // namespace
