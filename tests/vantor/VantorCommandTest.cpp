@@ -270,6 +270,12 @@ TEST(VantorCommand, MenuTitleFollowsTheAlignmentAndAnEmptyEntryShowsItsHighlight
     EXPECT_NEAR(bands[2].right, bands[0].right, 2);
     EXPECT_GT(bands[0].left, bands[2].left + 20);
 
+    const std::string wide = MakeTempDir();  // a title wider than its menu is shown whole
+    ASSERT_EQ(0, RunVantor("menu --title Title A", "ok", wide).status);
+    const std::vector<Band> titled = WhiteBands(ReadPng(wide + "/0001.png"));
+    ASSERT_EQ(2u, titled.size());
+    EXPECT_GT(titled[0].right - titled[0].left, 4u * 8);  // more than four 8-pixel cells
+
     const std::string empty = MakeTempDir();
     ASSERT_EQ(0, RunVantor("menu A '' C", "down,ok", empty).status);
     EXPECT_EQ(3u, WhiteBands(ReadPng(empty + "/0002.png")).size());  // A, the highlight, C

@@ -93,7 +93,7 @@ int RunMenu(int argc, char** argv) {
     if (!title.empty()) getFontSize(1, &titleWidth, &titleHeight);
     const int titleSpan = int(Characters(title)) * titleWidth;
     const int span = std::max(width - 2 * kMenuInset - 1, titleSpan);
-    width = std::max(width, titleSpan);
+    width = std::max(width, kMenuInset + titleSpan);  // the title stands inset as the entries do
     // The box is cut to the screen; the menu scrolls within what is left under the title.
     const Box box = screen.Place(line.value("--geometry"), width, height + titleHeight);
     if (!title.empty()) ShowTitle(title, box, span, titleWidth, titleHeight, align);
