@@ -39,14 +39,10 @@ TEST_F(Interface, WaitKeyTimeOuts) {
     AddKeypad();
     ASSERT_EQ(0, InitKeypad());
     const float inf = std::numeric_limits<float>::infinity();
-    const std::pair<float, int> cases[] = {{-1.0f, -1},
-                                           {-inf, -1},
-                                           {std::nanf(""), -1},
-                                           {-1e30f, -1},
-                                           {0.0f, VANTOR_KEY_OK},
-                                           {inf, VANTOR_KEY_OK},
-                                           {1e30f, VANTOR_KEY_OK},
-                                           {1e-30f, VANTOR_KEY_OK}};
+    const int ok = VANTOR_KEY_OK;
+    const std::pair<float, int> cases[] = {{-1.0f, -1},  {-inf, -1},  {std::nanf(""), -1},
+                                           {-1e30f, -1}, {0.0f, ok},  {inf, ok},
+                                           {1e30f, ok},  {1e-30f, ok}};
     for (const auto& [timeout, key] : cases) {
         Press(kOk);
         EXPECT_EQ(key, WaitKey(timeout)) << timeout;
@@ -129,11 +125,11 @@ TEST_F(Interface, MenuAnswersTheKeysOfTheKeypad) {
     AddKeypad();
     InitKeypad();
     const std::vector<uint32_t> before = Snapshot();
+    // Up from the first entry wraps to the last, down from the last to the first.
     const std::pair<std::vector<int>, int> cases[] = {
-        {{kDown, kDown, kOk}, 3},        {{kUp, kSelect}, 3},  // previous wraps to the last entry
-        {{kDown, kDown, kDown, kOk}, 1},                       // next wraps to the first
-        {{kBack}, VANTOR_MENU_BACK},     {{kCancel}, VANTOR_MENU_CANCEL},
-        {{kHome}, VANTOR_MENU_HOME},
+        {{kDown, kDown, kOk}, 3},        {{kUp, kSelect}, 3},
+        {{kDown, kDown, kDown, kOk}, 1}, {{kBack}, VANTOR_MENU_BACK},
+        {{kCancel}, VANTOR_MENU_CANCEL}, {{kHome}, VANTOR_MENU_HOME},
     };
     for (const auto& [keys, result] : cases) {
         InitMenu(10, 10);
