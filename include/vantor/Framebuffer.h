@@ -13,13 +13,15 @@ namespace Vantor {
 
 class CBitmapFont;
 class CCanvas;
+class CDisplayDevice;
 class CDialog;
 class CKeypad;
 class CMenu;
 class CProgress;
 
-// The display: opens a Linux framebuffer device, maps its memory and loads the two
-// fonts. It is also the factory of the canvases and widgets that paint on it.
+// The display: opens a Linux display device (an fbdev node such as /dev/fb0 or a DRM
+// card such as /dev/dri/card0), maps its memory and loads the two fonts. It is also the
+// factory of the canvases and widgets that paint on it.
 class VANTOR_API CFramebuffer {
   public:
     // Always yields an object; it is usable exactly when pScreen is not null. A font
@@ -46,6 +48,8 @@ class VANTOR_API CFramebuffer {
     CProgress* CreateProgress(CBitmapFont& font, const char* text, int x, int y, int width,
                               int height);
 
+    // What the device is, for hosts that look: for a DRM card, varInfo and fixInfo
+    // describe the mode and its buffer as an fbdev driver would.
     int bytesPerPixel;
     char* pDevicePath;
     int fd;
@@ -56,17 +60,11 @@ class VANTOR_API CFramebuffer {
     CBitmapFont* pFontBold;
 
   private:
-    bool Open(const char* device);
-    bool ReadScreenInfo(const char* device);
-    bool DescribeScreen(const char* device);
-    bool HasDrawableFormat(const char* device);
-    bool HasUsableGeometry(const char* device);
-    bool Map(const char* device);
+    void Adopt(const char* device);
     void LoadFonts();
     void Release();
-    void CloseDevice();
 
-    size_t mappedBytes;
+    CDisplayDevice* pDevice;
     CScreen screen;
 };
 

@@ -7,9 +7,9 @@
 #include "vantor/Export.h"
 #include "vantor/PixelFormat.h"
 
-struct fb_var_screeninfo;
-
 namespace Vantor {
+
+class CDisplayDevice;
 
 // The part of screen memory a canvas is drawn onto: the visible page of a device,
 // its size, the distance between its rows in bytes and its pixel layout. A screen
@@ -33,12 +33,13 @@ class VANTOR_API CScreen {
                static_cast<size_t>(x) * format.getBytesPerPixel();
     }
 
-    // Tells the device's driver that new pixels are in its memory: some drivers
-    // (DRM with fbdev emulation among them) show nothing until the display is panned
-    // once. Called once per transfer that changed the screen; a plain memory screen
-    // has no device and this does nothing.
-    void Show() const;
-    void AttachDevice(int descriptor, const fb_var_screeninfo* info);
+    // Tells the device that new pixels are in the rectangle (x, y, width, height) of the
+    // page, in panel coordinates (see PanelBlock): some drivers show nothing until they
+    // are told. Called once per transfer that
+    // changed the screen, with the part it changed; a plain memory screen has no device
+    // and this does nothing.
+    void Show(int x, int y, int width, int height) const;
+    void AttachDevice(const CDisplayDevice* device);
 
     // Turns the picture 0, 90, 180 or 270 degrees clockwise on the panel: logical
     // (x, y) is shown at panel (W-1-y, x) for 90, (W-1-x, H-1-y) for 180 and
@@ -77,8 +78,7 @@ class VANTOR_API CScreen {
     void Walk(size_t pitch, int x, int y, int w, int h, RowMove move) const;
 
     int rotation;
-    int fd;
-    const fb_var_screeninfo* pPanInfo;
+    const CDisplayDevice* pDevice;
 };
 
 }  // namespace Vantor

@@ -46,6 +46,13 @@ Span ClipToScreen(const CFrame& frame, int x1, int y1, int x2, int y2, const CSc
     return span;
 }
 
+// Tells the device which part of the panel a transfer of this span changed.
+void ShowSpan(const CScreen& screen, const Span& span) {
+    const CScreen::Block changed =
+        screen.PanelBlock(span.screenX, span.screenY, int(span.Columns()), span.Rows());
+    screen.Show(changed.x, changed.y, changed.width, changed.height);
+}
+
 }  // namespace
 
 void CCanvas::SaveBackground(const CScreen& screen) {
@@ -64,7 +71,7 @@ void CCanvas::RestoreBackground(const CScreen& screen) {
     const size_t pitch = size_t(getWidth());
     screen.WriteBlock(pBackground + span.Offset(pitch), pitch, span.screenX, span.screenY,
                       int(span.Columns()), span.Rows());
-    screen.Show();
+    ShowSpan(screen, span);
 }
 
 int CCanvas::Paint(const CPoint& a, const CPoint& b, const CScreen& screen) {
@@ -78,7 +85,7 @@ int CCanvas::Paint(const CPoint& a, const CPoint& b, const CScreen& screen) {
     const size_t pitch = size_t(getWidth());
     screen.EncodeBlock(pPixels + span.Offset(pitch), pitch, span.screenX, span.screenY,
                        int(span.Columns()), span.Rows());
-    screen.Show();
+    ShowSpan(screen, span);
     return 0;
 }
 

@@ -1,17 +1,12 @@
 #include "vantor/Framebuffer.h"
 
-#include <fcntl.h>
-#include <sys/ioctl.h>
-#include <sys/mman.h>
-#include <unistd.h>
-
-#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <stdexcept>
 #include <string>
 
+#include "DisplayDevice.h"
 #include "vantor/BitmapFont.h"
 #include "vantor/Canvas.h"
 #include "vantor/Dialog.h"
@@ -22,11 +17,8 @@ namespace Vantor {
 
 namespace {
 
-const char* const kClassName = "CFramebuffer";
 const char* const kRegularFontPath = "/usr/share/fonts/vantor/lr.tf";
 const char* const kBoldFontPath = "/usr/share/fonts/vantor/lb.tf";
-// Far beyond any panel; keeps every pixel coordinate and row size well inside an int.
-const unsigned kMaxSide = 65536;
 
 }  // namespace
 
@@ -37,25 +29,17 @@ CFramebuffer::CFramebuffer(const char* device)
       pScreen(nullptr),
       pFontRegular(nullptr),
       pFontBold(nullptr),
-      mappedBytes(0) {
+      pDevice(nullptr) {
     std::memset(&varInfo, 0, sizeof(varInfo));
     std::memset(&fixInfo, 0, sizeof(fixInfo));
     if (device == nullptr) return;
-    if (!Open(device) || !ReadScreenInfo(device) || !DescribeScreen(device)) {
-        CloseDevice();
-        return;
-    }
-    int flags = fcntl(fd, F_GETFD);
-    if (flags >= 0) fcntl(fd, F_SETFD, flags | FD_CLOEXEC);
-    bytesPerPixel = (static_cast<int>(varInfo.bits_per_pixel) + 7) >> 3;
-    pDevicePath = new char[std::strlen(device) + 1];
-    std::strcpy(pDevicePath, device);
-    if (!Map(device)) {
-        screen = CScreen();
-        delete[] pDevicePath;
-        pDevicePath = nullptr;
-        CloseDevice();
-        return;
+    pDevice = CDisplayDevice::Open(device);
+    if (pDevice == nullptr) return;
+    try {
+        Adopt(device);
+    } catch (...) {
+        Release();
+        throw;
     }
     LoadFonts();
 }
@@ -64,83 +48,15 @@ CFramebuffer::~CFramebuffer() {
     Release();
 }
 
-bool CFramebuffer::Open(const char* device) {
-    fd = open(device, O_RDWR);
-    if (fd < 0) {
-        printf("%s: can't access frame buffer device at %s\n", kClassName, device);
-        fd = -1;
-        return false;
-    }
-    return true;
-}
-
-bool CFramebuffer::ReadScreenInfo(const char* device) {
-    int result = ioctl(fd, FBIOGET_VSCREENINFO, &varInfo);
-    if (result < 0) {
-        printf("%s: cannot access variable screen info from %s: %d\n", kClassName, device, result);
-        return false;
-    }
-    result = ioctl(fd, FBIOGET_FSCREENINFO, &fixInfo);
-    if (result < 0) {
-        printf("%s: cannot access fixed screen info from %s: %d\n", kClassName, device, result);
-        return false;
-    }
-    return true;
-}
-
-bool CFramebuffer::DescribeScreen(const char* device) {
-    return HasDrawableFormat(device) && HasUsableGeometry(device);
-}
-
-bool CFramebuffer::HasDrawableFormat(const char* device) {
-    if (CPixelFormat::FromDevice(varInfo, screen.format)) return true;
-    printf(
-        "%s: unsupported pixel layout on %s: %u bits per pixel, red %u/%u, green %u/%u, "
-        "blue %u/%u (offset/length)\n",
-        kClassName, device, varInfo.bits_per_pixel, varInfo.red.offset, varInfo.red.length,
-        varInfo.green.offset, varInfo.green.length, varInfo.blue.offset, varInfo.blue.length);
-    return false;
-}
-
-// The memory holds yres_virtual rows of line_length bytes (drivers that leave
-// line_length at 0 mean unpadded rows); the visible page is xres x yres at the pan
-// offsets, cut to the virtual area. Everything is checked in 64 bits before any of it
-// becomes an address.
-bool CFramebuffer::HasUsableGeometry(const char* device) {
-    const uint64_t row = uint64_t(varInfo.xres_virtual) * screen.format.getBytesPerPixel();
-    const uint64_t line = fixInfo.line_length != 0 ? fixInfo.line_length : row;
-    const uint64_t bytes = line * varInfo.yres_virtual;
-    const bool usable =
-        varInfo.xres_virtual > 0 && varInfo.yres_virtual > 0 && varInfo.xres > 0 &&
-        varInfo.yres > 0 && varInfo.xres_virtual <= kMaxSide && varInfo.yres_virtual <= kMaxSide &&
-        varInfo.xoffset < varInfo.xres_virtual && varInfo.yoffset < varInfo.yres_virtual &&
-        line >= row && bytes <= SIZE_MAX && (fixInfo.smem_len == 0 || fixInfo.smem_len >= bytes);
-    if (!usable) {
-        printf(
-            "%s: unsupported screen geometry on %s: %ux%u at %u,%u in %ux%u, %u bytes per "
-            "line, %u bytes of memory\n",
-            kClassName, device, varInfo.xres, varInfo.yres, varInfo.xoffset, varInfo.yoffset,
-            varInfo.xres_virtual, varInfo.yres_virtual, fixInfo.line_length, fixInfo.smem_len);
-        return false;
-    }
-    mappedBytes = size_t(bytes);
-    screen.width = int(std::min(varInfo.xres, varInfo.xres_virtual - varInfo.xoffset));
-    screen.height = int(std::min(varInfo.yres, varInfo.yres_virtual - varInfo.yoffset));
-    screen.stride = size_t(line);
-    return true;
-}
-
-bool CFramebuffer::Map(const char* device) {
-    void* memory = mmap(nullptr, mappedBytes, PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0);
-    if (memory == MAP_FAILED) {
-        printf("%s: cannot map frame buffer %s to memory\n", kClassName, device);
-        return false;
-    }
-    pScreen = static_cast<uint32_t*>(memory);
-    screen.pStart = static_cast<uint8_t*>(memory) + size_t(varInfo.yoffset) * screen.stride +
-                    size_t(varInfo.xoffset) * screen.format.getBytesPerPixel();
-    screen.AttachDevice(fd, &varInfo);
-    return true;
+// The public fields mirror the device for hosts that read them.
+void CFramebuffer::Adopt(const char* device) {
+    fd = pDevice->Descriptor();
+    pDevice->Describe(varInfo, fixInfo);
+    bytesPerPixel = (static_cast<int>(varInfo.bits_per_pixel) + 7) >> 3;
+    pDevicePath = new char[std::strlen(device) + 1];
+    std::strcpy(pDevicePath, device);
+    pScreen = static_cast<uint32_t*>(pDevice->Memory());
+    screen = pDevice->Page();
 }
 
 // A framebuffer without its fonts cannot show text; rather than leave a half-usable
@@ -157,21 +73,14 @@ void CFramebuffer::LoadFonts() {
     }
 }
 
-void CFramebuffer::CloseDevice() {
-    if (fd > 0) close(fd);
-    fd = -1;
-}
-
 void CFramebuffer::Release() {
-    if (pScreen != nullptr) {
-        munmap(pScreen, mappedBytes);
-        pScreen = nullptr;
-    }
-    mappedBytes = 0;
     screen = CScreen();
+    delete pDevice;
+    pDevice = nullptr;
+    pScreen = nullptr;
+    fd = -1;
     delete[] pDevicePath;
     pDevicePath = nullptr;
-    CloseDevice();
     bytesPerPixel = 0;
     std::memset(&fixInfo, 0, sizeof(fixInfo));
     std::memset(&varInfo, 0, sizeof(varInfo));

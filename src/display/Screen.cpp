@@ -1,12 +1,11 @@
 #include "vantor/Screen.h"
 
-#include <linux/fb.h>
-#include <sys/ioctl.h>
+#include "DisplayDevice.h"
 
 namespace Vantor {
 
 CScreen::CScreen()
-    : pStart(nullptr), width(0), height(0), stride(0), rotation(0), fd(-1), pPanInfo(nullptr) {}
+    : pStart(nullptr), width(0), height(0), stride(0), rotation(0), pDevice(nullptr) {}
 
 CScreen::CScreen(unsigned int* pixels, int w, int h)
     : CScreen(reinterpret_cast<uint8_t*>(pixels), w, h, w > 0 ? size_t(w) * 4 : 0, CPixelFormat()) {
@@ -19,12 +18,10 @@ CScreen::CScreen(uint8_t* start, int w, int h, size_t rowBytes, const CPixelForm
       stride(rowBytes),
       format(pixelFormat),
       rotation(0),
-      fd(-1),
-      pPanInfo(nullptr) {}
+      pDevice(nullptr) {}
 
-void CScreen::AttachDevice(int descriptor, const fb_var_screeninfo* info) {
-    fd = descriptor;
-    pPanInfo = info;
+void CScreen::AttachDevice(const CDisplayDevice* device) {
+    pDevice = device;
 }
 
 bool CScreen::setRotation(int degrees) {
@@ -37,13 +34,9 @@ bool CScreen::setRotation(int degrees) {
     return true;
 }
 
-// The current offsets are panned to again, so nothing moves. Drivers without panning
-// refuse it; the pixels are in memory either way, so the result is not used. The
-// driver may write the structure back, hence the copy.
-void CScreen::Show() const {
-    if (fd <= 0 || pPanInfo == nullptr) return;
-    fb_var_screeninfo info = *pPanInfo;
-    ioctl(fd, FBIOPAN_DISPLAY, &info);
+// The rectangle is already in the panel's coordinates, which are the device's own.
+void CScreen::Show(int x, int y, int w, int h) const {
+    if (pDevice != nullptr) pDevice->Show(x, y, w, h);
 }
 
 }  // namespace Vantor
