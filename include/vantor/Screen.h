@@ -74,8 +74,8 @@ class VANTOR_API CScreen {
     CPixelFormat format;
 
   private:
-    template <typename RowMove>
-    void Walk(size_t pitch, int x, int y, int w, int h, RowMove move) const;
+    template <typename Rows, typename Tiles>
+    void Walk(size_t pitch, int x, int y, int w, int h, bool direct, Rows rows, Tiles tiles) const;
 
     int rotation;
     const CDisplayDevice* pDevice;
