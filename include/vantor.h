@@ -90,6 +90,26 @@ VANTOR_C_API int Restore(void);
  *  0 ok;  2 (positive) no framebuffer;  -2 no main canvas. */
 VANTOR_C_API int Clear(void);
 
+/* Keeps the kernel's text console (fbcon) off the picture on a framebuffer it shares:
+ * the foreground virtual terminal goes into graphics mode (KDSETMODE KD_GRAPHICS), so
+ * no cursor blinks and no kernel or getty message is drawn over the screen. The
+ * library never touches the console unless this is called.
+ *  VANTOR_CONSOLE_OFF: off while this process runs. The mode found before is put back
+ *    at VANTOR_CONSOLE_ON, when the library is unloaded (also at exit), and by the
+ *    crash handler after its report for SIGSEGV and SIGABRT. A process killed by
+ *    SIGTERM or SIGKILL gives nothing back: end on SIGTERM through exit().
+ *  VANTOR_CONSOLE_OFF_KEPT: off, and left off after the process ends, for the commands
+ *    of a script; the script gives it back at its end (an EXIT trap).
+ *  VANTOR_CONSOLE_ON: the foreground terminal back in text mode now, whoever left it
+ *    off; fbcon then redraws its text.
+ *  0 ok;  -1 unknown mode;  -19 no virtual terminal (no /dev/tty0, a serial console
+ *  only, inside the simulator): nothing changed;  -13 the process may not change the
+ *  console (opening /dev/tty0 or KDSETMODE refused; it normally takes root). */
+#define VANTOR_CONSOLE_ON 0
+#define VANTOR_CONSOLE_OFF 1
+#define VANTOR_CONSOLE_OFF_KEPT 2
+VANTOR_C_API int setConsoleGraphics(int mode);
+
 /* --- Text and colour ---------------------------------------------------------- */
 
 /* Each adds one line of text to the main canvas; it shows at the next Update.

@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "Boundary.h"
+#include "Console.h"
 #include "ContextKeypad.h"
 #include "CrashLine.h"
 #include "vantor/AsciiText.h"
@@ -171,6 +172,7 @@ __attribute__((destructor(101))) void VantorCleanup() {
     delete pContext;
     pContext = nullptr;
     RemoveCrashHandler();
+    CConsole::GiveBack();
 }
 
 // A faulting access is retried when the handler returns and would fault again
@@ -200,6 +202,7 @@ void handler(int signal, siginfo_t* info, void*) {
     } else {
         CrashLine("Signal: ").Number(signal).Write();
     }
+    CConsole::GiveBack();  // a crashed host must not leave the user a dead console
     errno = savedErrno;
 }
 
