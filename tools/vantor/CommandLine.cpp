@@ -1,5 +1,7 @@
 #include "CommandLine.h"
 
+#include <cstdlib>
+
 #include "Values.h"
 
 namespace VantorTool {
@@ -7,7 +9,7 @@ namespace VantorTool {
 namespace {
 
 const std::vector<OptionRule> kCommon = {
-    {"--device", true}, {"--geometry", true}, {"--help", false}, {"-h", false}};
+    {"--device", true}, {"--geometry", true}, {"--rotate", true}, {"--help", false}, {"-h", false}};
 
 }  // namespace
 
@@ -47,6 +49,15 @@ CommandLine::CommandLine(int argc, char** argv, const std::vector<OptionRule>& a
     }
     // Checked now so that a bad box is a usage error even when the display is missing.
     if (has("--geometry")) ParseBox("--geometry", value("--geometry"));
+    rotationDegrees = ParseRotationChoice();
+}
+
+// --rotate, else VANTOR_ROTATION (one setting for every command of a script), else 0.
+int CommandLine::ParseRotationChoice() const {
+    if (has("--rotate")) return ParseRotation("--rotate", value("--rotate"));
+    const char* fromEnvironment = std::getenv("VANTOR_ROTATION");
+    if (fromEnvironment == nullptr || *fromEnvironment == '\0') return 0;
+    return ParseRotation("VANTOR_ROTATION", fromEnvironment);
 }
 
 std::string CommandLine::value(const std::string& option, const std::string& fallback) const {

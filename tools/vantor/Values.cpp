@@ -81,4 +81,11 @@ int ParseAlign(const std::string& option, const std::string& text) {
     Refuse(option, text, "give left, center or right");
 }
 
+int ParseRotation(const std::string& option, const std::string& text) {
+    for (int degrees : {0, 90, 180, 270}) {
+        if (text == std::to_string(degrees)) return degrees;
+    }
+    Refuse(option, text, "give 0, 90, 180 or 270 (degrees clockwise)");
+}
+
 }  // namespace VantorTool

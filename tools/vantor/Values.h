@@ -16,7 +16,8 @@ uint32_t ParseColour(const std::string& option, const std::string& text);  // RR
 Box ParsePoint(const std::string& option, const std::string& text);        // X,Y (no size)
 Box ParseBox(const std::string& option, const std::string& text);          // X,Y,W,H
 float ParseNumber(const std::string& option, const std::string& text, float least, float most);
-int ParseAlign(const std::string& option, const std::string& text);  // an eAlignMode
+int ParseAlign(const std::string& option, const std::string& text);     // an eAlignMode
+int ParseRotation(const std::string& option, const std::string& text);  // 0, 90, 180 or 270
 
 }  // namespace VantorTool
 
