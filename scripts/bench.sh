@@ -10,11 +10,15 @@ vantor_install_missing
 
 options=(-DCMAKE_BUILD_TYPE=Release -DVANTOR_BUILD_TESTS=OFF -DVANTOR_BUILD_DESK_TOOLS=OFF)
 cmake -S . -B build-bench "${options[@]}" > /dev/null
-cmake --build build-bench --target vantor_bench vantor_layout_bench -j 2 > /dev/null
+cmake --build build-bench --target vantor_bench vantor_layout_bench vantor_rotation_bench \
+  -j 2 > /dev/null
 echo "== $(lscpu | sed -n 's/^Model name: *//p'), $(nproc) cores =="
 build-bench/bench/vantor_bench --benchmark_repetitions=3 --benchmark_report_aggregates_only=true "$@"
 echo "== full-screen Update in each pixel layout, against XRGB8888 =="
 build-bench/bench/vantor_layout_bench --benchmark_repetitions=3 \
+  --benchmark_report_aggregates_only=true
+echo "== full-screen Update with the picture turned, against the unturned one =="
+build-bench/bench/vantor_rotation_bench --benchmark_repetitions=3 \
   --benchmark_report_aggregates_only=true
 
 if [ "${VANTOR_BENCH_ARMHF:-0}" = 1 ]; then

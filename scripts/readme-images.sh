@@ -20,4 +20,13 @@ cp "$work/shots/0002.png" docs/images/installer-menu.png
 cp "$work/shots/0005.png" docs/images/installer-yesno.png
 cp "$work/shots/0010.png" docs/images/installer-gauge.png
 cp "$work/shots/0016.png" docs/images/installer-copy.png
+
+# One screen on a panel mounted each way round: the pictures are the panel's pixels.
+for degrees in 0 90 180 270; do
+  PATH="$PWD/build/tools/vantor:$PATH" build/tools/sim/vantor-sim --no-view --rotate "$degrees" \
+    --screen 480x272 --shots "$work/turned-$degrees" --keys ok -- sh -c \
+    'vantor text --bold --fg FFB000 --at 8,8 "Recovery mode" &&
+     vantor menu --title "Install firmware into" --tag a "Slot A" b "Slot B" > /dev/null'
+  cp "$work/turned-$degrees/0002.png" "docs/images/rotate-$degrees.png"
+done
 echo "docs/images/ updated"
