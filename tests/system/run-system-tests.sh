@@ -99,13 +99,16 @@ check_boot() {
 }
 
 # Each reading (a PPM: a header, then 800x480 pixels) must equal, pixel for pixel, the
-# simulator's picture of the same program on a panel of layout $1. A black reference
-# would prove nothing.
+# simulator's picture of the same program on a panel of layout $1 (turned by $turned
+# degrees, if set). A black reference would prove nothing.
 compare_screens() {
-  local shots="$work/reference-$1" size=$((800 * 480 * 3)) reading differ
+  local degrees=${turned:-0} picture=800x480
+  local shots="$work/reference-$1-$degrees" size=$((800 * 480 * 3)) reading differ
+  [ $((degrees % 180)) = 0 ] || picture=480x800  # the simulator's panel is then 800x480
   rm -rf "$shots"
-  "$build/tools/sim/vantor-sim" --screen 800x480 --format "$1" --fonts "$fonts" --shots "$shots" \
-    --keys none -- "$build/tests/system/vantor_system_screen" /dev/fb0 > "$shots.log" 2>&1 ||
+  "$build/tools/sim/vantor-sim" --screen $picture --rotate "$degrees" --format "$1" \
+    --fonts "$fonts" --shots "$shots" --keys none -- \
+    "$build/tests/system/vantor_system_screen" /dev/fb0 "$degrees" > "$shots.log" 2>&1 ||
     { cat "$shots.log"; fail "the simulator could not draw the reference"; }
   pngtopnm "$(ls "$shots"/*.png | tail -1)" | tail -c $size > "$shots.rgb"
   [ "$(tr -d '\0' < "$shots.rgb" | wc -c)" -gt 10000 ] || fail "the $1 reference is black"
@@ -137,5 +140,8 @@ check_boot "$work/results-32"
 results="$work/results-64"
 compare_screens xbgr8888 "$results/vfb.ppm"
 compare_screens xrgb8888 "$results/bochs.ppm" "$results/scanout.ppm"
-compare_screens bgr565 "$results/vfb16.ppm"
+compare_screens bgr565 "$results/vfb16.ppm" "$results/vfb16-console-1.ppm" \
+  "$results/vfb16-console-2.ppm"
+turned=90 compare_screens xbgr8888 "$results/vfb-90.ppm"
+turned=270 compare_screens xbgr8888 "$results/vfb-270.ppm"
 [ ${#failed[@]} -eq 0 ] || fail "screens differ from the simulator's: ${failed[*]}"
