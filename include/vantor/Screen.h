@@ -75,7 +75,10 @@ class VANTOR_API CScreen {
 
   private:
     template <typename Rows, typename Tiles>
-    void Walk(size_t pitch, int x, int y, int w, int h, bool direct, Rows rows, Tiles tiles) const;
+    void Walk(size_t pitch, int x, int y, int w, int h, ptrdiff_t tileStride, Rows rows,
+              Tiles tiles) const;
+    template <typename Direct, typename Converted>
+    void RawTiles(Direct direct, Converted converted) const;
 
     int rotation;
     const CDisplayDevice* pDevice;

@@ -2,7 +2,8 @@
 // The block transfers of a screen: the one place where a turned picture is turned.
 // Unturned blocks go row by row through the pixel layout's row conversions. Turned ones
 // go tile by tile: a tile is turned into panel order in a small buffer, whose rows then
-// take the same row conversions.
+// take the same row conversions; where no conversion is needed the tile is the panel
+// memory itself.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -16,10 +17,11 @@ namespace {
 
 // A tile is kTileRows panel rows of kTileColumns pixels. At 90 and 270 degrees a panel
 // row is a buffer column, so a tile covers kTileColumns buffer rows of kTileRows pixels:
-// one cache line each, all used before the next tile, where a whole panel row at a time
-// would fetch a new line for every pixel.
+// whole cache lines, all used before the next tile, where a whole panel row at a time
+// would fetch a new line for every pixel. The rows are long enough that each row
+// conversion call carries plenty of pixels.
 const int kTileRows = 16;
-const int kTileColumns = 64;
+const int kTileColumns = 128;
 
 // Where the buffer pixel for panel pixel (column i, row j) of the block's panel
 // rectangle lies: base + j * rowStep + i * columnStep, in pixels. At 90 and 270 the row
@@ -31,20 +33,35 @@ struct Path {
 };
 
 typedef uint32_t Quad __attribute__((vector_size(16)));
+typedef uint16_t HalfQuad __attribute__((vector_size(8)));
 
+// Four pixels of a buffer or tile. A 16-bit tile is panel memory holding raw pixels,
+// which widen to and narrow from the buffer's 32 bits unchanged.
 Quad LoadQuad(const uint32_t* from) {
     Quad quad;
     std::memcpy(&quad, from, sizeof(quad));
     return quad;
 }
 
+Quad LoadQuad(const uint16_t* from) {
+    HalfQuad half;
+    std::memcpy(&half, from, sizeof(half));
+    return __builtin_convertvector(half, Quad);
+}
+
 void StoreQuad(uint32_t* to, Quad quad) {
     std::memcpy(to, &quad, sizeof(quad));
 }
 
+void StoreQuad(uint16_t* to, Quad quad) {
+    const HalfQuad half = __builtin_convertvector(quad, HalfQuad);
+    std::memcpy(to, &half, sizeof(half));
+}
+
 // Row r of `to` takes column r of a 4 x 4 block of `from`; either side's rows may run
 // backwards (a negative stride), which turns the block by a quarter either way.
-void Transpose4(const uint32_t* from, ptrdiff_t fromStride, uint32_t* to, ptrdiff_t toStride) {
+template <typename From, typename To>
+void Transpose4(const From* from, ptrdiff_t fromStride, To* to, ptrdiff_t toStride) {
     const Quad a0 = LoadQuad(from), a1 = LoadQuad(from + fromStride);
     const Quad a2 = LoadQuad(from + 2 * fromStride), a3 = LoadQuad(from + 3 * fromStride);
     const Quad t0 = __builtin_shufflevector(a0, a1, 0, 4, 1, 5);
@@ -62,8 +79,7 @@ Quad Reverse(Quad quad) {
 }
 
 // Moves one tile between the buffer (from a pixel offset, along a path) and a tile of
-// panel-ordered rows `tileStride` pixels apart: a small buffer, or the panel memory
-// itself where the layout needs no conversion. Whole 4 x 4 blocks (quarter turns) and
+// panel-ordered rows `tileStride` pixels apart. Whole 4 x 4 blocks (quarter turns) and
 // runs of 4 (half turns) move as vectors; what is left at the edges pixel by pixel.
 class TileMover {
   public:
@@ -73,7 +89,8 @@ class TileMover {
     int Rows() const { return rows; }
     int Columns() const { return columns; }
 
-    void Gather(const uint32_t* at, uint32_t* tile) const {
+    template <typename Cell>
+    void Gather(const uint32_t* at, Cell* tile) const {
         Visit(
             [&](ptrdiff_t buffer, ptrdiff_t cells, ptrdiff_t cellStride) {
                 Transpose4(at + buffer, path.columnStep, tile + cells, cellStride);
@@ -81,10 +98,11 @@ class TileMover {
             [&](ptrdiff_t buffer, ptrdiff_t cells) {
                 StoreQuad(tile + cells, Reverse(LoadQuad(at + buffer)));
             },
-            [&](ptrdiff_t buffer, ptrdiff_t cell) { tile[cell] = at[buffer]; });
+            [&](ptrdiff_t buffer, ptrdiff_t cell) { tile[cell] = Cell(at[buffer]); });
     }
 
-    void Scatter(const uint32_t* tile, uint32_t* at) const {
+    template <typename Cell>
+    void Scatter(const Cell* tile, uint32_t* at) const {
         Visit(
             [&](ptrdiff_t buffer, ptrdiff_t cells, ptrdiff_t cellStride) {
                 Transpose4(tile + cells, cellStride, at + buffer, path.columnStep);
@@ -131,9 +149,10 @@ class TileMover {
     ptrdiff_t tileStride;
 };
 
-// Panel memory that can serve as the tile itself: whole, aligned 32-bit pixels.
-bool IsWordAligned(const uint8_t* memory, size_t stride) {
-    return reinterpret_cast<uintptr_t>(memory) % 4 == 0 && stride % 4 == 0;
+// Panel memory that can serve as the tile itself: pixels of `bytes` bytes, each on its
+// natural alignment.
+bool IsAligned(const uint8_t* memory, size_t stride, size_t bytes) {
+    return reinterpret_cast<uintptr_t>(memory) % bytes == 0 && stride % bytes == 0;
 }
 
 }  // namespace
@@ -155,9 +174,9 @@ CScreen::Block CScreen::PanelBlock(int x, int y, int w, int h) const {
 
 // Unturned, calls rows(offset in the buffer, panel memory, count) once per row. Turned,
 // calls tiles(mover, offset in the buffer, panel memory of the tile's first pixel) once
-// per tile; with `direct`, the mover's tile is the panel memory itself.
+// per tile; the mover's tile rows are `tileStride` pixels apart.
 template <typename Rows, typename Tiles>
-void CScreen::Walk(size_t pitch, int x, int y, int w, int h, bool direct, Rows rows,
+void CScreen::Walk(size_t pitch, int x, int y, int w, int h, ptrdiff_t tileStride, Rows rows,
                    Tiles tiles) const {
     const ptrdiff_t p = ptrdiff_t(pitch);
     if (rotation == 0) {
@@ -172,14 +191,21 @@ void CScreen::Walk(size_t pitch, int x, int y, int w, int h, bool direct, Rows r
     } else {
         path = {w - 1, -1, p};
     }
-    const ptrdiff_t tileStride = direct ? ptrdiff_t(stride / 4) : kTileColumns;
     const Block panel = PanelBlock(x, y, w, h);
-    for (int j = 0; j < panel.height; j += kTileRows) {
-        for (int i = 0; i < panel.width; i += kTileColumns) {
-            const TileMover mover(path, std::min(kTileRows, panel.height - j),
-                                  std::min(kTileColumns, panel.width - i), tileStride);
-            tiles(mover, path.base + j * path.rowStep + i * path.columnStep,
-                  At(panel.x + i, panel.y + j));
+    const auto tile = [&](int i, int j) {
+        const TileMover mover(path, std::min(kTileRows, panel.height - j),
+                              std::min(kTileColumns, panel.width - i), tileStride);
+        tiles(mover, path.base + j * path.rowStep + i * path.columnStep,
+              At(panel.x + i, panel.y + j));
+    };
+    // Tiles go in the order that walks the buffer's rows forwards, as far as a turn
+    // allows: at a quarter turn its rows are the panel's columns.
+    const bool quarter = rotation != 180;
+    for (int outer = 0; outer < (quarter ? panel.width : panel.height);
+         outer += quarter ? kTileColumns : kTileRows) {
+        for (int inner = 0; inner < (quarter ? panel.height : panel.width);
+             inner += quarter ? kTileRows : kTileColumns) {
+            quarter ? tile(outer, inner) : tile(inner, outer);
         }
     }
 }
@@ -187,10 +213,10 @@ void CScreen::Walk(size_t pitch, int x, int y, int w, int h, bool direct, Rows r
 // The canvases' own layout needs no conversion, so a turned tile goes straight onto
 // the panel; any other goes through a tile buffer and the layout's row conversion.
 void CScreen::EncodeBlock(const uint32_t* colours, size_t pitch, int x, int y, int w, int h) const {
+    const bool direct = format.IsNative() && IsAligned(pStart, stride, 4);
     uint32_t tile[kTileRows * kTileColumns];
-    const bool direct = format.IsNative() && IsWordAligned(pStart, stride);
     Walk(
-        pitch, x, y, w, h, direct,
+        pitch, x, y, w, h, direct ? ptrdiff_t(stride / 4) : ptrdiff_t(kTileColumns),
         [&](ptrdiff_t at, uint8_t* device, int count) {
             format.EncodeRow(colours + at, device, size_t(count));
         },
@@ -207,46 +233,66 @@ void CScreen::EncodeBlock(const uint32_t* colours, size_t pitch, int x, int y, i
         });
 }
 
-// Raw 32-bit pixels are the panel's own words, so those tiles also move directly.
+// Raw 32-bit and 16-bit pixels are the panel's own words, so those tiles move straight
+// between the panel and the background; 24-bit ones go through the row conversions.
+template <typename Direct, typename Converted>
+void CScreen::RawTiles(Direct direct, Converted converted) const {
+    if (format.getBytesPerPixel() == 4 && IsAligned(pStart, stride, 4)) {
+        direct(uint32_t(), ptrdiff_t(stride / 4));
+    } else if (format.getBytesPerPixel() == 2 && IsAligned(pStart, stride, 2)) {
+        direct(uint16_t(), ptrdiff_t(stride / 2));
+    } else {
+        converted();
+    }
+}
+
 void CScreen::ReadBlock(uint32_t* raw, size_t pitch, int x, int y, int w, int h) const {
-    uint32_t tile[kTileRows * kTileColumns];
-    const bool direct = format.getBytesPerPixel() == 4 && IsWordAligned(pStart, stride);
-    Walk(
-        pitch, x, y, w, h, direct,
-        [&](ptrdiff_t at, uint8_t* device, int count) {
-            format.ReadRaw(device, raw + at, size_t(count));
+    const auto rows = [&](ptrdiff_t at, uint8_t* device, int count) {
+        format.ReadRaw(device, raw + at, size_t(count));
+    };
+    RawTiles(
+        [&](auto cell, ptrdiff_t tileStride) {
+            using Cell = decltype(cell);
+            Walk(pitch, x, y, w, h, tileStride, rows,
+                 [&](const TileMover& mover, ptrdiff_t at, uint8_t* device) {
+                     mover.Scatter(reinterpret_cast<const Cell*>(device), raw + at);
+                 });
         },
-        [&](const TileMover& mover, ptrdiff_t at, uint8_t* device) {
-            if (direct) {
-                mover.Scatter(reinterpret_cast<const uint32_t*>(device), raw + at);
-                return;
-            }
-            for (int j = 0; j < mover.Rows(); ++j) {
-                format.ReadRaw(device + j * stride, tile + j * kTileColumns,
-                               size_t(mover.Columns()));
-            }
-            mover.Scatter(tile, raw + at);
+        [&] {
+            uint32_t tile[kTileRows * kTileColumns];
+            Walk(pitch, x, y, w, h, kTileColumns, rows,
+                 [&](const TileMover& mover, ptrdiff_t at, uint8_t* device) {
+                     for (int j = 0; j < mover.Rows(); ++j) {
+                         format.ReadRaw(device + j * stride, tile + j * kTileColumns,
+                                        size_t(mover.Columns()));
+                     }
+                     mover.Scatter(tile, raw + at);
+                 });
         });
 }
 
 void CScreen::WriteBlock(const uint32_t* raw, size_t pitch, int x, int y, int w, int h) const {
-    uint32_t tile[kTileRows * kTileColumns];
-    const bool direct = format.getBytesPerPixel() == 4 && IsWordAligned(pStart, stride);
-    Walk(
-        pitch, x, y, w, h, direct,
-        [&](ptrdiff_t at, uint8_t* device, int count) {
-            format.WriteRaw(raw + at, device, size_t(count));
+    const auto rows = [&](ptrdiff_t at, uint8_t* device, int count) {
+        format.WriteRaw(raw + at, device, size_t(count));
+    };
+    RawTiles(
+        [&](auto cell, ptrdiff_t tileStride) {
+            using Cell = decltype(cell);
+            Walk(pitch, x, y, w, h, tileStride, rows,
+                 [&](const TileMover& mover, ptrdiff_t at, uint8_t* device) {
+                     mover.Gather(raw + at, reinterpret_cast<Cell*>(device));
+                 });
         },
-        [&](const TileMover& mover, ptrdiff_t at, uint8_t* device) {
-            if (direct) {
-                mover.Gather(raw + at, reinterpret_cast<uint32_t*>(device));
-                return;
-            }
-            mover.Gather(raw + at, tile);
-            for (int j = 0; j < mover.Rows(); ++j) {
-                format.WriteRaw(tile + j * kTileColumns, device + j * stride,
-                                size_t(mover.Columns()));
-            }
+        [&] {
+            uint32_t tile[kTileRows * kTileColumns];
+            Walk(pitch, x, y, w, h, kTileColumns, rows,
+                 [&](const TileMover& mover, ptrdiff_t at, uint8_t* device) {
+                     mover.Gather(raw + at, tile);
+                     for (int j = 0; j < mover.Rows(); ++j) {
+                         format.WriteRaw(tile + j * kTileColumns, device + j * stride,
+                                         size_t(mover.Columns()));
+                     }
+                 });
         });
 }
 
