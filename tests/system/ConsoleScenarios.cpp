@@ -8,7 +8,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <cstdint>
 #include <cstdlib>
 
@@ -19,18 +18,18 @@ namespace {
 int ConsoleMode() {
     int mode = -1;
     const int fd = open("/dev/tty0", O_RDWR | O_NOCTTY | O_CLOEXEC);
-    if (fd >= 0) {
-        ioctl(fd, KDGETMODE, &mode);
-        close(fd);
-    }
+    if (fd >= 0) ioctl(fd, KDGETMODE, &mode);
+    if (fd >= 0) close(fd);
     return mode;
 }
 
-// The wait status of a child that runs `body` and then exits normally.
-int InChild(void (*body)()) {
+// A child asks for `mode`, checks that the console is off, then exits or crashes.
+int ChildStatus(int mode, bool crash) {
     const pid_t child = fork();
     if (child == 0) {
-        body();
+        if (setConsoleGraphics(mode) != 0 || ConsoleMode() != KD_GRAPHICS) _exit(1);
+        volatile uintptr_t address = 0x1c;
+        if (crash) *reinterpret_cast<volatile int*>(address) = 1;
         std::exit(0);
     }
     int status = 0;
@@ -38,34 +37,16 @@ int InChild(void (*body)()) {
     return status;
 }
 
-void HoldOffAndCheck() {
-    if (setConsoleGraphics(VANTOR_CONSOLE_OFF) != 0 || ConsoleMode() != KD_GRAPHICS) _exit(1);
-}
-
-void HoldOffAndCrash() {
-    HoldOffAndCheck();
-    volatile uintptr_t address = 0x1c;
-    *reinterpret_cast<volatile int*>(address) = 1;
-}
-
-void LeaveOff() {
-    if (setConsoleGraphics(VANTOR_CONSOLE_OFF_KEPT) != 0) _exit(1);
-}
-
 }  // namespace
 
 TEST(RealConsole, GivenBackAfterExitAndAfterACrashOrLeftOffOnPurpose) {
     ASSERT_EQ(KD_TEXT, ConsoleMode());
-    int status = InChild(HoldOffAndCheck);
-    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+    EXPECT_EQ(0, ChildStatus(VANTOR_CONSOLE_OFF, false));
     EXPECT_EQ(KD_TEXT, ConsoleMode());
-
-    status = InChild(HoldOffAndCrash);
-    EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGSEGV) << status;
+    const int crashed = ChildStatus(VANTOR_CONSOLE_OFF, true);
+    EXPECT_TRUE(WIFSIGNALED(crashed) && WTERMSIG(crashed) == SIGSEGV) << crashed;
     EXPECT_EQ(KD_TEXT, ConsoleMode());
-
-    status = InChild(LeaveOff);
-    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+    EXPECT_EQ(0, ChildStatus(VANTOR_CONSOLE_OFF_KEPT, false));
     EXPECT_EQ(KD_GRAPHICS, ConsoleMode());
     EXPECT_EQ(0, setConsoleGraphics(VANTOR_CONSOLE_ON));
     EXPECT_EQ(KD_TEXT, ConsoleMode());
