@@ -93,6 +93,16 @@ if [ -n "$SCREEN" ]; then
     echo "and here" > /dev/tty1
     /host/usr/bin/fbcat /dev/fb0 > /results/vfb16-console-2.ppm
     wait
+    # A script keeps the console off between its commands and gives it back at its end:
+    # the first two readings are equal, the console's repaint makes the third differ.
+    cli="$BUILD/tools/vantor/vantor"
+    "$cli" console off && "$cli" text --at 10,10 "A script" > /results/script.log 2>&1
+    /host/usr/bin/fbcat /dev/fb0 > /results/script-1.ppm
+    echo "between two commands" > /dev/tty1
+    /host/usr/bin/fbcat /dev/fb0 > /results/script-2.ppm
+    "$cli" console on
+    echo "after the script" > /dev/tty1
+    /host/usr/bin/fbcat /dev/fb0 > /results/script-3.ppm
 fi
 echo "kernel reached /init at $started s, done at $(cut -d' ' -f1 /proc/uptime) s" > /results/uptime
 sync

@@ -144,4 +144,6 @@ compare_screens bgr565 "$results/vfb16.ppm" "$results/vfb16-console-1.ppm" \
   "$results/vfb16-console-2.ppm"
 turned=90 compare_screens xbgr8888 "$results/vfb-90.ppm"
 turned=270 compare_screens xbgr8888 "$results/vfb-270.ppm"
+cmp -s "$results/script-1.ppm" "$results/script-2.ppm" || failed+=("console between commands")
+cmp -s "$results/script-2.ppm" "$results/script-3.ppm" && failed+=("console not given back")
 [ ${#failed[@]} -eq 0 ] || fail "screens differ from the simulator's: ${failed[*]}"
