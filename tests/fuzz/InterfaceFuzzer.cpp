@@ -83,7 +83,8 @@ class FuzzInput {
 
 void StartScreen(FuzzInput& in) {
     static const int kSizes[][2] = {{320, 240}, {1, 1}, {800, 480}, {17, 3}, {240, 320}};
-    const auto& size = kSizes[in.Byte() % 5];
+    const uint8_t choice = in.Byte();
+    const auto& size = kSizes[choice % 5];
     vp_screen screen = {size[0], size[1], size[0], size[1], 32, 0};
     vp_fb_add("/dev/fb0", &screen);
     static const std::vector<unsigned char> font = [] {
@@ -96,6 +97,7 @@ void StartScreen(FuzzInput& in) {
     Vantor::VantorCleanup();
     Vantor::VantorInit();
     InitFramebuffer("/dev/fb0");
+    setRotation(choice / 5 % 4 * 90);  // from the same byte, so saved inputs read alike
 }
 
 void ConvertColours(int requested) {
