@@ -49,15 +49,12 @@ CommandLine::CommandLine(int argc, char** argv, const std::vector<OptionRule>& a
     }
     // Checked now so that a bad box is a usage error even when the display is missing.
     if (has("--geometry")) ParseBox("--geometry", value("--geometry"));
-    rotationDegrees = ParseRotationChoice();
-}
-
-// --rotate, else VANTOR_ROTATION (one setting for every command of a script), else 0.
-int CommandLine::ParseRotationChoice() const {
-    if (has("--rotate")) return ParseRotation("--rotate", value("--rotate"));
-    const char* fromEnvironment = std::getenv("VANTOR_ROTATION");
-    if (fromEnvironment == nullptr || *fromEnvironment == '\0') return 0;
-    return ParseRotation("VANTOR_ROTATION", fromEnvironment);
+    // --rotate stands for VANTOR_ROTATION in this process, which the display reads.
+    if (has("--rotate")) {
+        ParseRotation("--rotate", value("--rotate"));
+        setenv("VANTOR_ROTATION", value("--rotate").c_str(), 1);
+    }
+    ChosenRotation();
 }
 
 std::string CommandLine::value(const std::string& option, const std::string& fallback) const {

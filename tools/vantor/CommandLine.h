@@ -28,21 +28,17 @@ class CommandLine {
     std::string value(const std::string& name, const std::string& fallback = "") const;
     const std::vector<std::string>& operands() const { return positional; }
     const std::string& command() const { return name; }
-    // How the panel is mounted, in degrees: --rotate or VANTOR_ROTATION.
-    int rotation() const { return rotationDegrees; }
 
     // Fails unless the operand count lies in [least, most].
     void requireOperands(size_t least, size_t most, const char* what) const;
 
   private:
     const OptionRule* find(const std::string& option) const;
-    int ParseRotationChoice() const;
 
     std::string name;
     std::vector<OptionRule> rules;
     std::map<std::string, std::string> values;
     std::vector<std::string> positional;
-    int rotationDegrees = 0;
 };
 
 }  // namespace VantorTool

@@ -15,9 +15,9 @@ namespace {
 
 // The copy matters more than the picture: without a usable display the file is still
 // copied, with a word on stderr, and the status tells how the copy went.
-std::unique_ptr<Screen> OpenDisplay(const std::string& device, int rotation) {
+std::unique_ptr<Screen> OpenDisplay(const std::string& device) {
     try {
-        return std::make_unique<Screen>(device, rotation);
+        return std::make_unique<Screen>(device);
     } catch (const CommandFailure& failure) {
         std::fprintf(stderr, "vantor: %s; copying without a progress window\n", failure.what());
         return nullptr;
@@ -39,8 +39,7 @@ int RunCopy(int argc, char** argv) {
     const std::string text = line.value("--text");
     const char* caption = text.empty() ? nullptr : text.c_str();
 
-    const std::unique_ptr<Screen> screen =
-        OpenDisplay(line.value("--device", "/dev/fb0"), line.rotation());
+    const std::unique_ptr<Screen> screen = OpenDisplay(line.value("--device", "/dev/fb0"));
     if (screen) {
         const Box box = screen->Place(line.value("--geometry"), screen->width() * 3 / 4,
                                       screen->cellHeight() + 30);

@@ -50,7 +50,7 @@ int RunDialog(const CommandLine& line, int type) {
     const int align = ParseAlign("--align", line.value("--align", "left"));
     const std::string geometry = line.value("--geometry");
 
-    Screen screen(line.value("--device", "/dev/fb0"), line.rotation());
+    Screen screen(line.value("--device", "/dev/fb0"));
     Screen::OpenKeypad();
     const int width = screen.Place(geometry, DefaultWidth(lines, screen), 1).width;
     lines = WrapLines(lines, size_t((width - 2 * kInset) / screen.cellWidth()));

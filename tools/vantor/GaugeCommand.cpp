@@ -17,7 +17,7 @@ int RunGauge(int argc, char** argv) {
     const float start = ParseNumber("--percent", line.value("--percent", "0"), 0, 100);
     const std::string text = line.value("--text");
 
-    Screen screen(line.value("--device", "/dev/fb0"), line.rotation());
+    Screen screen(line.value("--device", "/dev/fb0"));
     // The window holds one line of text above a 15-pixel bar, 5 pixels from each edge.
     const Box box =
         screen.Place(line.value("--geometry"), screen.width() * 3 / 4, screen.cellHeight() + 30);

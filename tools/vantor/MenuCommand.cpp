@@ -88,7 +88,7 @@ int RunMenu(int argc, char** argv) {
     const int align = ParseAlign("--align", line.value("--align", "left"));
     const std::string title = line.value("--title");
 
-    Screen screen(line.value("--device", "/dev/fb0"), line.rotation());
+    Screen screen(line.value("--device", "/dev/fb0"));
     Screen::OpenKeypad();
     int width = 0, height = 0, titleWidth = 0, titleHeight = 0;
     MenuSize(entries, horizontal, screen, width, height);

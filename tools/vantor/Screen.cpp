@@ -27,7 +27,8 @@ void* OpenFramebufferKeepingStdout(const std::string& device) {
 
 }  // namespace
 
-Screen::Screen(const std::string& device, int rotation) {
+Screen::Screen(const std::string& device) {
+    const int rotation = ChosenRotation();
     if (OpenFramebufferKeepingStdout(device) == nullptr || setRotation(rotation) != 0 ||
         getScreenSize(&screenWidth, &screenHeight) != 0 || getFontSize(0, &cellW, &cellH) != 0) {
         throw CommandFailure(kExitNoDisplay, "cannot use the display " + device);

@@ -12,9 +12,8 @@ namespace VantorTool {
 
 class Screen {
   public:
-    // Throws CommandFailure(kExitNoDisplay) when the device cannot be used. The picture
-    // is turned by `rotation` degrees on the panel; the sizes below are the turned ones.
-    explicit Screen(const std::string& device, int rotation = 0);
+    // Throws CommandFailure(kExitNoDisplay) when the device cannot be used.
+    explicit Screen(const std::string& device);
 
     // Throws CommandFailure(kExitNoKeypad) when there is no keypad to wait on.
     static void OpenKeypad();

@@ -50,7 +50,7 @@ int RunText(int argc, char** argv) {
     const int align = ParseAlign("--align", line.value("--align", "left"));
     const Box requested = RequestedBox(line);
 
-    Screen screen(line.value("--device", "/dev/fb0"), line.rotation());
+    Screen screen(line.value("--device", "/dev/fb0"));
     int cw = 8, ch = 16;
     getFontSize(font, &cw, &ch);
     const Box box = FitToScreen(requested, screen);
@@ -78,7 +78,7 @@ int RunText(int argc, char** argv) {
 int RunClear(int argc, char** argv) {
     const CommandLine line(argc, argv, {});
     line.requireOperands(0, 0, "nothing");
-    Screen screen(line.value("--device", "/dev/fb0"), line.rotation());
+    Screen screen(line.value("--device", "/dev/fb0"));
     const Box box = screen.Place(line.value("--geometry"), screen.width(), screen.height());
     InitCanvas(box.x, box.y, box.width, box.height);
     Update();

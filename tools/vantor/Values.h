@@ -18,6 +18,7 @@ Box ParseBox(const std::string& option, const std::string& text);          // X,
 float ParseNumber(const std::string& option, const std::string& text, float least, float most);
 int ParseAlign(const std::string& option, const std::string& text);     // an eAlignMode
 int ParseRotation(const std::string& option, const std::string& text);  // 0, 90, 180 or 270
+int ChosenRotation();  // VANTOR_ROTATION, or 0 when it is unset or empty
 
 }  // namespace VantorTool
 
