@@ -6,6 +6,10 @@
  * A title in the bold font, aligned and inverse text, a menu, Yes/No and Ok dialogs,
  * and a progress window that copies two files while its bar advances. It runs
  * unchanged on a device and in the desk simulator (vantor-sim).
+ *
+ * Keys come from the TCA8418 keypad, or from the devices VANTOR_KEYPAD names (e.g.
+ * "gpio-keys" or "tca8418,/dev/input/event3"); VANTOR_KEYCODES=common adds the codes of
+ * buttons and keyboards (arrows, Enter, Esc, volume, power).
  */
 #define _POSIX_C_SOURCE 200809L
 
@@ -123,6 +127,13 @@ static int confirm_reboot(void) {
     return ask(lines, eDialogYesNo) == 1;
 }
 
+static void choose_keys(void) {
+    const char* codes = getenv("VANTOR_KEYCODES");
+    if (setKeyDevices(getenv("VANTOR_KEYPAD")) != 0)
+        fprintf(stderr, "demo: VANTOR_KEYPAD is not a usable list; using the keypad\n");
+    if (codes != NULL && strcmp(codes, "common") == 0) resetKeyCodes(VANTOR_KEYCODES_COMMON);
+}
+
 int main(int argc, char** argv) {
     const char* device = argc > 1 ? argv[1] : "/dev/fb0";
     if (argc > 2 && sscanf(argv[2], "%dx%d", &width, &height) != 2) {
@@ -134,6 +145,7 @@ int main(int argc, char** argv) {
     if (argc <= 2) getScreenSize(&width, &height);
     if (InitCanvas(0, 0, width, height) != 0) return 1;
     draw_home_screen();
+    choose_keys();
     if (InitKeypad() != 0) {
         fprintf(stderr, "demo: no keypad found; nothing to choose with\n");
         return 1;

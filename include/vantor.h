@@ -2,8 +2,9 @@
  * vantor.h - the C interface of libvantor.
  *
  * Text, menus, dialogs and a progress window on a Linux framebuffer display, key
- * presses from a TCA8418 keypad. Every call runs on the caller's thread; none is
- * thread-safe. Colours are 0x00RRGGBB. Font 0 is the regular font, 1 the bold one.
+ * presses from a TCA8418 keypad or any other key devices (setKeyDevices, setKeyCode). Every call
+ * runs on the caller's thread; none is thread-safe. Colours are 0x00RRGGBB. Font 0 is the regular
+ * font, 1 the bold one.
  *
  * Start with InitFramebuffer, then InitCanvas for text, InitKeypad before menus and
  * dialogs. Result 0 is success; the failure codes of each call are listed with it.
@@ -135,15 +136,44 @@ VANTOR_C_API int RGB_to_RGBA(const unsigned char* src, unsigned char* dst, int s
 
 /* --- Keys --------------------------------------------------------------------- */
 
-/* Finds the input device named "tca8418..." among input0..input8 and opens it
- * (close-on-exec). Call it again to find a device that went away and came back.
- *  0 ok;  -19 not found or not openable. */
+/* Opens the key devices: by default the input device named "tca8418..." among
+ * input0..input8, else those setKeyDevices chose (at most 16, each close-on-exec).
+ * Call it again to find devices that went away and came back.
+ *  0 at least one device open;  -19 none found or openable. */
 VANTOR_C_API int InitKeypad(void);
 /* Waits at most timeout seconds (0 looks once; negative or NaN fails at once; huge
- * values wait about 68 years) for a key press. Returns a VANTOR_KEY_* code, or -1: no
- * key pressed, no keypad, an unknown key, or the device went away (it is then closed;
- * later calls wait out their time-out until InitKeypad finds it again). */
+ * values wait about 68 years) for a key press on any of the open devices, and answers
+ * one record per call, taking turns so that no device starves another. Returns a
+ * VANTOR_KEY_* code, or -1: no key pressed, no keypad, a key that gives no code, or
+ * the last open device went away. A device that goes away is closed and the wait goes
+ * on with the others; once none is left, later calls wait out their time-out until
+ * InitKeypad finds one again. */
 VANTOR_C_API int WaitKey(float timeout);
+
+/* Chooses the key devices of the next InitKeypad, as a comma-separated list. An entry
+ * starting with /dev/input/ is an event node; any other is a name prefix matching every
+ * input device whose /sys/class/input/inputN/name begins with it (any N). Devices are
+ * opened in list order, each once; blanks around entries are ignored. Examples:
+ * "gpio-keys", "tca8418,gpio-keys", "adc-keys,/dev/input/event3". NULL or "" restores
+ * the default, the "tca8418..." device among input0..input8. Needs no framebuffer.
+ *  0 ok;  -1 more than 16 entries, an entry longer than 255 bytes, or no entry. */
+VANTOR_C_API int setKeyDevices(const char* devices);
+
+/* Key-code sets for resetKeyCodes. The default, VANTOR_KEYCODES_TCA8418, is the keypad's
+ * seven keys: KEY_5 up, KEY_6 down, KEY_PROG2 ok, KEY_M select, KEY_WWW back,
+ * KEY_SLASH cancel, KEY_COFFEE home. VANTOR_KEYCODES_COMMON adds the keys of buttons and
+ * keyboards: KEY_UP, KEY_LEFT, KEY_VOLUMEUP up; KEY_DOWN, KEY_RIGHT, KEY_VOLUMEDOWN
+ * down; KEY_ENTER, KEY_KPENTER, KEY_POWER ok; KEY_SPACE select; KEY_BACKSPACE back;
+ * KEY_ESC cancel; KEY_HOME home. */
+#define VANTOR_KEYCODES_TCA8418 0
+#define VANTOR_KEYCODES_COMMON 1
+
+/* Makes the Linux key code `code` (0..767, <linux/input-event-codes.h>) give `key`, a
+ * VANTOR_KEY_* code, or nothing when key is 0. Applies from the next record read, also
+ * to a keypad already open.  0 ok;  -1 code or key out of range. */
+VANTOR_C_API int setKeyCode(int code, int key);
+/* Replaces every key code by a set.  0 ok;  -1 unknown set. */
+VANTOR_C_API int resetKeyCodes(int set);
 
 /* --- Dialog ------------------------------------------------------------------- */
 

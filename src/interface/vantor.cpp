@@ -19,6 +19,7 @@
 #include "Console.h"
 #include "ContextKeypad.h"
 #include "CrashLine.h"
+#include "KeySettings.h"
 #include "vantor/AsciiText.h"
 #include "vantor/BitmapFont.h"
 #include "vantor/Canvas.h"
@@ -28,7 +29,6 @@
 #include "vantor/Menu.h"
 #include "vantor/Progress.h"
 #include "vantor/ProgressBar.h"
-#include "vantor/TCA8418Keypad.h"
 
 namespace Vantor {
 
@@ -352,12 +352,7 @@ int RGB_to_RGBA(const unsigned char* src, unsigned char* dst, int size) {
 
 int InitKeypad(void) {
     return Guarded("InitKeypad", -19, [] {
-        if (pContext == nullptr) return -19;
-        Release(pContext->pKeypad);
-        pContext->pKeypad = new CTCA8418Keypad();
-        if (pContext->pKeypad->pDevicePath == nullptr) return -19;
-        if (pContext->pKeypad->OpenDevice() != 0) return -19;
-        return 0;
+        return pContext == nullptr ? -19 : CKeySettings::OpenKeypad(pContext->pKeypad);
     });
 }
 

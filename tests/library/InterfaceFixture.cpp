@@ -33,6 +33,8 @@ void Interface::SetUp() {
     vp_set_exit_when_exhausted(1);
     Vantor::VantorCleanup();
     Vantor::VantorInit();
+    setKeyDevices(nullptr);  // the key choice outlives the state record
+    resetKeyCodes(VANTOR_KEYCODES_TCA8418);
     const vp_screen screen = {kWidth, kHeight, kWidth, kHeight, 32, 0};
     ASSERT_EQ(0, vp_fb_add(kDevice, &screen));
     AddFont("lr.tf");

@@ -15,22 +15,30 @@ namespace {
 
 // The keypad's seven keys.
 const int kKeys[] = {6, 7, 50, 53, 149, 150, 152};
+const int kButtonKeys[] = {KEY_VOLUMEUP, KEY_VOLUMEDOWN, KEY_POWER};
 
 }  // namespace
 
-UinputDevice::UinputDevice(const std::string& deviceName) : name(deviceName) {
+UinputDevice::UinputDevice(const std::string& deviceName, Kind deviceKind)
+    : name(deviceName), kind(deviceKind) {
     fd = open("/dev/uinput", O_WRONLY | O_NONBLOCK);
     if (fd < 0) return;
     ioctl(fd, UI_SET_EVBIT, EV_KEY);
     ioctl(fd, UI_SET_EVBIT, EV_SYN);
-    ioctl(fd, UI_SET_EVBIT, EV_MSC);
-    ioctl(fd, UI_SET_MSCBIT, MSC_SCAN);
-    for (int key : kKeys) ioctl(fd, UI_SET_KEYBIT, key);
+    if (kind == kButtons) {
+        for (int key : kButtonKeys) ioctl(fd, UI_SET_KEYBIT, key);
+    } else {
+        ioctl(fd, UI_SET_EVBIT, EV_MSC);
+        ioctl(fd, UI_SET_MSCBIT, MSC_SCAN);
+        for (int key : kKeys) ioctl(fd, UI_SET_KEYBIT, key);
+    }
     uinput_setup setup;
     std::memset(&setup, 0, sizeof(setup));
-    setup.id.bustype = BUS_I2C;
-    setup.id.vendor = 0x0451;  // the controller's maker
-    setup.id.product = 0x8418;
+    setup.id.bustype = kind == kButtons ? BUS_HOST : BUS_I2C;
+    if (kind == kKeypad) {
+        setup.id.vendor = 0x0451;  // the controller's maker
+        setup.id.product = 0x8418;
+    }
     std::strncpy(setup.name, name.c_str(), UINPUT_MAX_NAME_SIZE - 1);
     if (ioctl(fd, UI_DEV_SETUP, &setup) != 0 || ioctl(fd, UI_DEV_CREATE) != 0) {
         close(fd);
@@ -57,8 +65,10 @@ void UinputDevice::Emit(int type, int code, int value) {
 
 // The driver's scan code is the key's place in the matrix; here, its place in kKeys.
 void UinputDevice::Key(int code, int value) {
-    const int* place = std::find(std::begin(kKeys), std::end(kKeys), code);
-    Emit(EV_MSC, MSC_SCAN, int(place - std::begin(kKeys)));
+    if (kind == kKeypad) {
+        const int* place = std::find(std::begin(kKeys), std::end(kKeys), code);
+        Emit(EV_MSC, MSC_SCAN, int(place - std::begin(kKeys)));
+    }
     Emit(EV_KEY, code, value);
     Emit(EV_SYN, SYN_REPORT, 0);
 }

@@ -69,6 +69,8 @@ echo 0 > /sys/class/graphics/fbcon/cursor_blink
 step removed-keypad "$PROGRAM" --gtest_filter='RemovedKeypad.*'
 step programs "$PROGRAM" --gtest_filter='RealDevices.*'
 step console "$PROGRAM" --gtest_filter='RealConsole.*'
+# Last, so that its two devices do not move the programs' input numbers.
+step buttons-and-keypad "$PROGRAM" --gtest_filter='ButtonsAndKeypad.*'
 if [ -n "$SCREEN" ]; then
     read_screen /dev/fb0 vfb
     read_screen /dev/fb0 vfb-90 90

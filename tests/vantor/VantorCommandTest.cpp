@@ -86,6 +86,8 @@ TEST(VantorCommand, RefusesWhatItCannotDoWithItsOwnStatusAndMessage) {
         {"key --timeout 1", 7, "no keypad"},
         {"menu --rotate -90 A", 2, "bad --rotate \"-90\""},
         {"console sideways", 2, "give off or on"},
+        {"key --keycodes qwerty", 2, "--keycodes \"qwerty\" is not tca8418 or common"},
+        {"key --keypad ,", 2, "--keypad \",\""},
     };
     for (const auto& c : cases) {
         const Outcome run = RunVantor(c.args);
@@ -94,6 +96,30 @@ TEST(VantorCommand, RefusesWhatItCannotDoWithItsOwnStatusAndMessage) {
         EXPECT_EQ("", run.out) << c.args;
     }
     EXPECT_EQ(0, RunVantor("menu --help").status);
+}
+
+// A board with three buttons only: the simulator sends volume and power keys from a
+// device named gpio-keys and tells the command so through the environment; an option
+// beats the environment.
+TEST(VantorCommand, DrivesAMenuFromTheButtonsItIsToldOf) {
+    const std::string sim = std::string(VANTOR_SIM) +
+                            " --keypad-name gpio-keys --keycodes common --keys down,down,ok -- ";
+    const struct {
+        const char* environment;
+        const char* args;
+        int status;
+        const char* out;
+    } cases[] = {
+        {"", "menu A B C", 0, "3\n"},
+        {"VANTOR_KEYPAD=tca8418 ", "menu --keypad gpio-keys A B C", 0, "3\n"},
+        {"VANTOR_KEYCODES=tca8418 ", "menu A B C", 3, ""},  // no key it knows: the script ends
+    };
+    for (const auto& c : cases) {
+        const ShellRun run =
+            Shell(std::string(c.environment) + sim + VANTOR_CLI + " " + c.args + " 2>/dev/null");
+        EXPECT_EQ(c.status, run.status) << c.environment << c.args;
+        EXPECT_EQ(c.out, run.output) << c.environment << c.args;
+    }
 }
 
 TEST(VantorCommand, CopiesWithTheBarAndSaysWhatFailed) {

@@ -18,6 +18,8 @@ using Lock = std::lock_guard<std::recursive_mutex>;
 
 // Set while this thread runs the wait hook, whose own selects are not waits for a key.
 __thread bool inWaitHook = false;
+// Set when a wait this thread is about to make includes a node with records queued.
+__thread bool queuedElsewhere = false;
 
 std::string NamePath(int index) {
     return "/sys/class/input/input" + std::to_string(index) + "/name";
@@ -350,6 +352,7 @@ void VirtualSystem::BeforeSelect(int nfds, fd_set* readSet, const struct timeval
 std::vector<int>& VirtualSystem::EmptyList() {
     thread_local std::vector<int> empty;
     empty.clear();
+    queuedElsewhere = false;
     return empty;
 }
 
@@ -359,11 +362,22 @@ void VirtualSystem::BeforePoll(const struct pollfd* fds, nfds_t count, bool coul
     WaitForKeys(EmptyNodesIn(fds, count), couldWait);
 }
 
+// A program waiting on several devices waits for a key only when none of them gets
+// one: a script used up on one device is no reason to stop while another still
+// answers, or has records queued already.
 void VirtualSystem::WaitForKeys(const std::vector<int>& emptyNodes, bool couldWait) {
+    bool exhausted = false;
     for (int index : emptyNodes) {
         CallWaitHook(index);
-        FeedScript(index, couldWait);
+        exhausted = FeedScript(index) || exhausted;
     }
+    if (!exhausted || !couldWait || !exitWhenExhausted || queuedElsewhere) return;
+    Lock lock(mutex);
+    for (int index : emptyNodes) {
+        InputDevice* device = Input(index);
+        if (device != nullptr && !device->IsEmpty()) return;
+    }
+    StopExhausted();
 }
 
 const std::vector<int>& VirtualSystem::EmptyNodesIn(int nfds, fd_set* readSet) {
@@ -388,7 +402,11 @@ void VirtualSystem::AddIfEmptyNode(int fd, std::vector<int>& empty) {
     const DescriptorTable::Entry* entry = table.Find(fd);
     if (entry == nullptr || entry->input < 0) return;
     InputDevice* device = Input(entry->input);
-    if (device == nullptr || !device->IsEmpty()) return;
+    if (device == nullptr) return;
+    if (!device->IsEmpty()) {
+        queuedElsewhere = true;
+        return;
+    }
     if (std::find(empty.begin(), empty.end(), entry->input) == empty.end())
         empty.push_back(entry->input);
 }
@@ -426,17 +444,16 @@ void VirtualSystem::CallWaitHook(int index) {
     inWaitHook = false;
 }
 
-// Only into a node that is still empty: a key the hook queued comes first.
-void VirtualSystem::FeedScript(int index, bool couldWait) {
+// Only into a node that is still empty: a key the hook queued comes first. True when
+// the node stays empty because its script is used up.
+bool VirtualSystem::FeedScript(int index) {
     Lock lock(mutex);
     InputDevice* device = Input(index);
-    if (device == nullptr || !device->IsEmpty()) return;
+    if (device == nullptr || !device->IsEmpty()) return false;
     int code = 0;
-    if (device->NextScripted(code)) {
-        device->QueuePress(code);
-    } else if (device->ScriptUsedUp() && exitWhenExhausted && couldWait) {
-        StopExhausted();
-    }
+    if (!device->NextScripted(code)) return device->ScriptUsedUp();
+    device->QueuePress(code);
+    return false;
 }
 
 void VirtualSystem::StopExhausted() {

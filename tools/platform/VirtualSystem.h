@@ -80,7 +80,7 @@ class VirtualSystem {
     void AddIfEmptyNode(int fd, std::vector<int>& empty);
     void WaitForKeys(const std::vector<int>& emptyNodes, bool couldWait);
     void CallWaitHook(int index);
-    void FeedScript(int index, bool couldWait);
+    bool FeedScript(int index);
     [[noreturn]] void StopExhausted();
 
     std::recursive_mutex mutex;

@@ -1,5 +1,7 @@
 #include "KeyScript.h"
 
+#include <linux/input-event-codes.h>
+
 #include <cctype>
 #include <cstdlib>
 #include <map>
@@ -17,12 +19,18 @@ const std::map<std::string, int> kNames = {{"up", 6},     {"left", 6},   {"down"
                                            {"right", 7},  {"ok", 149},   {"select", 50},
                                            {"back", 150}, {"home", 152}, {"cancel", 53}};
 
+// The same keys as three buttons and a keyboard send them.
+const std::map<std::string, int> kCommonNames = {
+    {"up", KEY_VOLUMEUP},    {"left", KEY_LEFT}, {"down", KEY_VOLUMEDOWN},
+    {"right", KEY_RIGHT},    {"ok", KEY_POWER},  {"select", KEY_SPACE},
+    {"back", KEY_BACKSPACE}, {"home", KEY_HOME}, {"cancel", KEY_ESC}};
+
 std::string Lower(std::string text) {
     for (char& c : text) c = char(std::tolower(static_cast<unsigned char>(c)));
     return text;
 }
 
-KeyStep ParseStep(const std::string& word) {
+KeyStep ParseStep(const std::string& word, KeyCodes codes) {
     const std::string name = Lower(word);
     if (name == "none" || name == "-") return {KeyStep::Skip, 0, 0};
     if (name.rfind("pause:", 0) == 0) {
@@ -33,7 +41,7 @@ KeyStep ParseStep(const std::string& word) {
         }
         return {KeyStep::Pause, 0, seconds};
     }
-    const int named = KeyCodeOf(name);
+    const int named = KeyCodeOf(name, codes);
     if (named >= 0) return {KeyStep::Press, named, 0};
     char* end = nullptr;
     const long code = std::strtol(name.c_str(), &end, 10);
@@ -47,12 +55,13 @@ KeyStep ParseStep(const std::string& word) {
 
 }  // namespace
 
-int KeyCodeOf(const std::string& name) {
-    const auto found = kNames.find(Lower(name));
-    return found == kNames.end() ? -1 : found->second;
+int KeyCodeOf(const std::string& name, KeyCodes codes) {
+    const std::map<std::string, int>& names = codes == KeyCodes::Common ? kCommonNames : kNames;
+    const auto found = names.find(Lower(name));
+    return found == names.end() ? -1 : found->second;
 }
 
-std::vector<KeyStep> ParseKeyScript(const std::string& text) {
+std::vector<KeyStep> ParseKeyScript(const std::string& text, KeyCodes codes) {
     std::vector<KeyStep> steps;
     std::istringstream lines(text);
     std::string line;
@@ -63,7 +72,7 @@ std::vector<KeyStep> ParseKeyScript(const std::string& text) {
         }
         std::istringstream words(line);
         std::string word;
-        while (words >> word) steps.push_back(ParseStep(word));
+        while (words >> word) steps.push_back(ParseStep(word, codes));
     }
     return steps;
 }

@@ -44,24 +44,24 @@ bool WriteFile(const std::string& file, const std::string& text) {
 
 const char SessionDirectory::kKeypadName[] = "tca8418 keypad (vantor-sim)";
 
-bool SessionDirectory::Create() {
+bool SessionDirectory::Create(const std::string& keypadName) {
     const char* tmp = std::getenv("TMPDIR");
     std::string pattern = std::string(tmp && *tmp ? tmp : "/tmp") + "/vantor-platform-XXXXXX";
     if (mkdtemp(&pattern[0]) == nullptr) return false;
     path = pattern;
-    if (MakeKeypad() && SessionState(StatePath()).Create()) return true;
+    if (MakeKeypad(keypadName) && SessionState(StatePath()).Create()) return true;
     Remove();
     return false;
 }
 
 // The same layout the platform layer gives a keypad of its own: a FIFO as the event
-// node and the name the library looks for.
-bool SessionDirectory::MakeKeypad() {
+// node and the name the library looks for (or the one the program is told to look for).
+bool SessionDirectory::MakeKeypad(const std::string& name) {
     const std::string index = std::to_string(kKeypad);
     const std::string node = path + "/dev/input/event" + index;
     const std::string names = "/sys/class/input/input" + index;
     if (!MakeDirectories(path, "/dev/input") || !MakeDirectories(path, names)) return false;
-    if (!WriteFile(path + names + "/name", std::string(kKeypadName) + "\n")) return false;
+    if (!WriteFile(path + names + "/name", name + "\n")) return false;
     if (mkfifo(node.c_str(), 0644) != 0) return false;
     keypadNode = open(node.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
     return keypadNode >= 0;

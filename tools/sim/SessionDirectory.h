@@ -21,8 +21,9 @@ class SessionDirectory {
     SessionDirectory& operator=(const SessionDirectory&) = delete;
     ~SessionDirectory() { Remove(); }
 
-    // Makes it under $TMPDIR (or /tmp); false, with nothing left behind, on failure.
-    bool Create();
+    // Makes it under $TMPDIR (or /tmp), its key device named keypadName; false, with
+    // nothing left behind, on failure.
+    bool Create(const std::string& keypadName = kKeypadName);
     const std::string& Path() const { return path; }
     std::string StatePath() const { return path + "/state"; }
     // Queues a press of a device key code on the keypad; false if the node is full.
@@ -31,7 +32,7 @@ class SessionDirectory {
     void Remove();
 
   private:
-    bool MakeKeypad();
+    bool MakeKeypad(const std::string& name);
 
     std::string path;
     int keypadNode = -1;

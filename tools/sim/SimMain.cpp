@@ -59,6 +59,14 @@ const char kUsage[] =
     "                      arrows move, Enter is ok, Space select, Backspace back,\n"
     "                      Esc cancel, h home, q quits; the program's standard\n"
     "                      input is then /dev/null.\n"
+    "  --keypad-name NAME  the key device's input name (default \"tca8418 keypad\n"
+    "                      (vantor-sim)\"), e.g. gpio-keys or adc-keys\n"
+    "  --keycodes SET      the codes the key names send: tca8418 (default) or common\n"
+    "                      (up, down and ok are volume up, volume down and power,\n"
+    "                      left and right the arrows, select Space, back Backspace,\n"
+    "                      cancel Esc, home Home; typed keys are a keyboard's)\n"
+    "                      With either, the program's VANTOR_KEYPAD and\n"
+    "                      VANTOR_KEYCODES are set to match unless already set.\n"
     "  --shots DIR         a PNG of the screen each time a program waits for a key\n"
     "                      and when a program of the library ends, if the screen\n"
     "                      changed: DIR/0001.png, numbered across the whole run\n"
@@ -74,6 +82,8 @@ const char kUsage[] =
 
 struct Options {
     std::string screen = "800x480", fb = "/dev/fb0", shots, fonts, rotate;
+    std::string keypadName, keyCodes;
+    std::vector<std::string> keyTexts;  // parsed once --keycodes is known
     std::vector<VantorSim::KeyStep> keys;
     bool keysGiven = false, shotOnUpdate = false, view = true;
     int scale = 1;
@@ -100,9 +110,18 @@ std::string ReadFile(const std::string& path) {
 }
 
 void AddKeys(Options& options, const std::string& text) {
+    options.keyTexts.push_back(text);
+    options.keysGiven = true;
+}
+
+void ParseKeys(Options& options) {
+    const VantorSim::KeyCodes codes =
+        options.keyCodes == "common" ? VantorSim::KeyCodes::Common : VantorSim::KeyCodes::TCA8418;
     try {
-        for (const auto& step : VantorSim::ParseKeyScript(text)) options.keys.push_back(step);
-        options.keysGiven = true;
+        for (const std::string& text : options.keyTexts) {
+            for (const auto& step : VantorSim::ParseKeyScript(text, codes))
+                options.keys.push_back(step);
+        }
     } catch (const std::invalid_argument& error) {
         Fail(error.what());
     }
@@ -131,6 +150,15 @@ Options Parse(int argc, char** argv) {
             AddKeys(options, Value(i, argc, argv));
         } else if (arg == "--key-file") {
             AddKeys(options, ReadFile(Value(i, argc, argv)));
+        } else if (arg == "--keypad-name") {
+            options.keypadName = Value(i, argc, argv);
+            if (options.keypadName.empty() || options.keypadName.size() > 255 ||
+                options.keypadName.find_first_of(",\n") != std::string::npos)
+                Fail("--keypad-name is 1 to 255 characters, without commas or new lines");
+        } else if (arg == "--keycodes") {
+            options.keyCodes = Value(i, argc, argv);
+            if (options.keyCodes != "tca8418" && options.keyCodes != "common")
+                Fail("--keycodes is tca8418 or common");
         } else if (arg == "--format") {
             const std::string name = Value(i, argc, argv);
             if (!VantorSim::Panel::ParseFormat(name, options.panel.layout))
@@ -164,6 +192,7 @@ Options Parse(int argc, char** argv) {
             Fail("unknown option " + arg + " (see --help)");
         }
     }
+    ParseKeys(options);
     for (++i; i < argc; ++i) options.program.push_back(argv[i]);
     if (options.program.empty())
         Fail("no program to run: vantor-sim [options] -- PROGRAM [ARGS...]");
@@ -257,6 +286,11 @@ Environment Prepare(const Options& options, const std::string& session) {
     if (options.shotOnUpdate) env.Set("VANTOR_SIM_SHOT_ON_UPDATE", "1");
     if (options.view && isatty(STDERR_FILENO)) env.Set("VANTOR_SIM_VIEW", "1");
     if (!options.keysGiven) env.Set("VANTOR_SIM_TERMINAL", "1");
+    // A program of ours then looks for the device and codes the session presents.
+    if (!options.keypadName.empty() && std::getenv("VANTOR_KEYPAD") == nullptr)
+        env.Set("VANTOR_KEYPAD", options.keypadName);
+    if (!options.keyCodes.empty() && std::getenv("VANTOR_KEYCODES") == nullptr)
+        env.Set("VANTOR_KEYCODES", options.keyCodes);
     // Sanitized builds of the program must accept a preloaded object ahead of their runtime.
     const char* asan = std::getenv("ASAN_OPTIONS");
     env.Set("ASAN_OPTIONS", std::string(asan ? asan : "") + ":verify_asan_link_order=0");
@@ -331,10 +365,12 @@ int main(int argc, char** argv) {
     // Absolute, since a script's commands may each run in another directory.
     if (!options.shots.empty()) options.shots = Canonical(options.shots);
     VantorSim::Supervisor::CatchSignals();  // before there is anything to clean up
-    if (!session.Create())
+    if (!session.Create(options.keypadName.empty() ? VantorSim::SessionDirectory::kKeypadName
+                                                   : options.keypadName))
         Fail(std::string("cannot make a session directory: ") + std::strerror(errno));
     std::atexit(CleanUp);
     environment = Prepare(options, session.Path());
+    if (options.keyCodes == "common") terminal.SendKeyboardCodes();
     if (!options.keysGiven) terminal.Start();
 
     VantorSim::Supervisor supervisor;

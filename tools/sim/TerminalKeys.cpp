@@ -1,5 +1,6 @@
 #include "TerminalKeys.h"
 
+#include <linux/input-event-codes.h>
 #include <poll.h>
 #include <termios.h>
 #include <unistd.h>
@@ -35,6 +36,29 @@ int TerminalKeys::ReadByte(int milliseconds) {
 }
 
 int TerminalKeys::Poll(int milliseconds) {
+    const int code = PollKeypadCode(milliseconds);
+    if (!keyboard) return code;
+    switch (code) {
+        case 6:
+            return KEY_UP;
+        case 7:
+            return KEY_DOWN;
+        case 149:
+            return KEY_ENTER;
+        case 50:
+            return KEY_SPACE;
+        case 150:
+            return KEY_BACKSPACE;
+        case 152:
+            return KEY_HOME;
+        case 53:
+            return KEY_ESC;
+        default:
+            return code;
+    }
+}
+
+int TerminalKeys::PollKeypadCode(int milliseconds) {
     const int byte = ReadByte(milliseconds);
     switch (byte) {
         case '\r':

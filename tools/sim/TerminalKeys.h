@@ -13,10 +13,15 @@ class TerminalKeys {
     void Stop();
     // The device code of a key typed within `milliseconds`, kQuit, or -1 for none.
     int Poll(int milliseconds);
+    // Typed keys then arrive with a keyboard's codes (KEY_UP, KEY_ENTER, KEY_ESC...)
+    // instead of the keypad's.
+    void SendKeyboardCodes() { keyboard = true; }
 
   private:
     int ReadByte(int milliseconds);
+    int PollKeypadCode(int milliseconds);
     bool started = false;
+    bool keyboard = false;
 };
 
 }  // namespace VantorSim

@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 
+#include "KeyChoice.h"
 #include "Values.h"
 
 namespace VantorTool {
@@ -9,7 +10,8 @@ namespace VantorTool {
 namespace {
 
 const std::vector<OptionRule> kCommon = {
-    {"--device", true}, {"--geometry", true}, {"--rotate", true}, {"--help", false}, {"-h", false}};
+    {"--device", true}, {"--geometry", true}, {"--help", false},   {"-h", false},
+    {"--rotate", true}, {"--keypad", true},   {"--keycodes", true}};
 
 }  // namespace
 
@@ -49,6 +51,8 @@ CommandLine::CommandLine(int argc, char** argv, const std::vector<OptionRule>& a
     }
     // Checked now so that a bad box is a usage error even when the display is missing.
     if (has("--geometry")) ParseBox("--geometry", value("--geometry"));
+    // Handed to the library at once, so that every later InitKeypad uses them.
+    ChooseKeys(*this);
     // --rotate stands for VANTOR_ROTATION in this process, which the display reads.
     if (has("--rotate")) {
         ParseRotation("--rotate", value("--rotate"));

@@ -37,7 +37,8 @@ Screen::Screen(const std::string& device) {
 
 void Screen::OpenKeypad() {
     if (InitKeypad() != 0)
-        throw CommandFailure(kExitNoKeypad, "no keypad: no tca8418 input device could be opened");
+        throw CommandFailure(kExitNoKeypad,
+                             "no keypad: no key device could be opened (tca8418, or see --keypad)");
 }
 
 Box Screen::Place(const std::string& geometry, int boxWidth, int boxHeight) const {
