@@ -36,24 +36,23 @@ typedef uint32_t Quad __attribute__((vector_size(16)));
 typedef uint16_t HalfQuad __attribute__((vector_size(8)));
 
 // Four pixels of a buffer or tile. A 16-bit tile is panel memory holding raw pixels,
-// which widen to and narrow from the buffer's 32 bits unchanged.
-Quad LoadQuad(const uint32_t* from) {
-    Quad quad;
+// which widen to and narrow from the buffer's 32 bits unchanged. Vectors are passed by
+// reference: by value they would take an ABI that 32-bit x86 without SSE lacks.
+void LoadQuad(const uint32_t* from, Quad& quad) {
     std::memcpy(&quad, from, sizeof(quad));
-    return quad;
 }
 
-Quad LoadQuad(const uint16_t* from) {
+void LoadQuad(const uint16_t* from, Quad& quad) {
     HalfQuad half;
     std::memcpy(&half, from, sizeof(half));
-    return __builtin_convertvector(half, Quad);
+    quad = __builtin_convertvector(half, Quad);
 }
 
-void StoreQuad(uint32_t* to, Quad quad) {
+void StoreQuad(uint32_t* to, const Quad& quad) {
     std::memcpy(to, &quad, sizeof(quad));
 }
 
-void StoreQuad(uint16_t* to, Quad quad) {
+void StoreQuad(uint16_t* to, const Quad& quad) {
     const HalfQuad half = __builtin_convertvector(quad, HalfQuad);
     std::memcpy(to, &half, sizeof(half));
 }
@@ -62,8 +61,11 @@ void StoreQuad(uint16_t* to, Quad quad) {
 // backwards (a negative stride), which turns the block by a quarter either way.
 template <typename From, typename To>
 void Transpose4(const From* from, ptrdiff_t fromStride, To* to, ptrdiff_t toStride) {
-    const Quad a0 = LoadQuad(from), a1 = LoadQuad(from + fromStride);
-    const Quad a2 = LoadQuad(from + 2 * fromStride), a3 = LoadQuad(from + 3 * fromStride);
+    Quad a0, a1, a2, a3;
+    LoadQuad(from, a0);
+    LoadQuad(from + fromStride, a1);
+    LoadQuad(from + 2 * fromStride, a2);
+    LoadQuad(from + 3 * fromStride, a3);
     const Quad t0 = __builtin_shufflevector(a0, a1, 0, 4, 1, 5);
     const Quad t1 = __builtin_shufflevector(a0, a1, 2, 6, 3, 7);
     const Quad t2 = __builtin_shufflevector(a2, a3, 0, 4, 1, 5);
@@ -74,8 +76,12 @@ void Transpose4(const From* from, ptrdiff_t fromStride, To* to, ptrdiff_t toStri
     StoreQuad(to + 3 * toStride, __builtin_shufflevector(t1, t3, 2, 3, 6, 7));
 }
 
-Quad Reverse(Quad quad) {
-    return __builtin_shufflevector(quad, quad, 3, 2, 1, 0);
+// Four pixels in reverse order: a run of a half turn.
+template <typename From, typename To>
+void Reverse4(const From* from, To* to) {
+    Quad quad;
+    LoadQuad(from, quad);
+    StoreQuad(to, __builtin_shufflevector(quad, quad, 3, 2, 1, 0));
 }
 
 // Moves one tile between the buffer (from a pixel offset, along a path) and a tile of
@@ -95,9 +101,7 @@ class TileMover {
             [&](ptrdiff_t buffer, ptrdiff_t cells, ptrdiff_t cellStride) {
                 Transpose4(at + buffer, path.columnStep, tile + cells, cellStride);
             },
-            [&](ptrdiff_t buffer, ptrdiff_t cells) {
-                StoreQuad(tile + cells, Reverse(LoadQuad(at + buffer)));
-            },
+            [&](ptrdiff_t buffer, ptrdiff_t cells) { Reverse4(at + buffer, tile + cells); },
             [&](ptrdiff_t buffer, ptrdiff_t cell) { tile[cell] = Cell(at[buffer]); });
     }
 
@@ -107,9 +111,7 @@ class TileMover {
             [&](ptrdiff_t buffer, ptrdiff_t cells, ptrdiff_t cellStride) {
                 Transpose4(tile + cells, cellStride, at + buffer, path.columnStep);
             },
-            [&](ptrdiff_t buffer, ptrdiff_t cells) {
-                StoreQuad(at + buffer, Reverse(LoadQuad(tile + cells)));
-            },
+            [&](ptrdiff_t buffer, ptrdiff_t cells) { Reverse4(tile + cells, at + buffer); },
             [&](ptrdiff_t buffer, ptrdiff_t cell) { at[buffer] = tile[cell]; });
     }
 
