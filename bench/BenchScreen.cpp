@@ -32,9 +32,10 @@ std::vector<unsigned char> FontBytes() {
     return bytes;
 }
 
-bool Start() {
+}  // namespace
+
+bool StartOn(const vp_screen& screen) {
     vp_reset();
-    const vp_screen screen = {kScreenWidth, kScreenHeight, kScreenWidth, kScreenHeight, 32, 0};
     const std::vector<unsigned char> font = FontBytes();
     if (vp_fb_add(kDevice, &screen) != 0 ||
         vp_file_add("/usr/share/fonts/vantor/lr.tf", font.data(), font.size()) != 0 ||
@@ -49,10 +50,10 @@ bool Start() {
     return true;
 }
 
-}  // namespace
-
 bool StartLibrary() {
-    static const bool started = Start();
+    static const vp_screen screen = {
+        kScreenWidth, kScreenHeight, kScreenWidth, kScreenHeight, 32, 0};
+    static const bool started = StartOn(screen);
     return started;
 }
 

@@ -3,6 +3,8 @@
 
 #include <cstdint>
 
+#include "vantor_platform.h"
+
 namespace VantorBench {
 
 const int kScreenWidth = 800;
@@ -13,6 +15,10 @@ const int kScreenHeight = 480;
 // process; returns false (and says why) when the library does not start.
 bool StartLibrary();
 uint32_t* ScreenPixels();
+
+// Starts the library afresh on a virtual framebuffer of this geometry and layout,
+// with the same fonts; the library maps it as a device: a shared, page-aligned mapping.
+bool StartOn(const vp_screen& screen);
 
 }  // namespace VantorBench
 

@@ -12,11 +12,11 @@ std::vector<WorkloadEntry>& Workloads() {
 
 const std::vector<Comparison>& Comparisons() {
     static const std::vector<Comparison> all = {
-        {"update/empty", "floor/screen", 1.5, false, "fill + 2 copies of 800x480"},
-        {"update/text", "floor/screen", 3.0, false, "fill + 2 copies of 800x480"},
+        {"update/empty", "floor/screen", 1.2, false, "fill + 2 copies of 800x480"},
+        {"update/text", "floor/screen", 2.0, false, "fill + 2 copies of 800x480"},
         {"progress/bar", "floor/window", 5.0, false, "1 copy of the 500x70 window"},
         {"menu/step", "floor/menu", 2.0, false, "fill + 2 copies of the menu"},
-        {"rgb_to_rgba", "floor/rgba", 0.0, false, "1 copy of the 32-bit output"},
+        {"rgb_to_rgba", "floor/rgba", 2.0, false, "1 copy of the 32-bit output"},
         {"copy/library", "copy/plain", 0.95, true, "read/write/fsync loop"},
     };
     return all;

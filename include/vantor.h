@@ -1,10 +1,10 @@
 /*
  * vantor.h - the C interface of libvantor.
  *
- * Text, menus, dialogs and a progress window on a Linux framebuffer display, key
- * presses from a TCA8418 keypad or any other key devices (setKeyDevices, setKeyCode). Every call
- * runs on the caller's thread; none is thread-safe. Colours are 0x00RRGGBB. Font 0 is the regular
- * font, 1 the bold one.
+ * Text, menus, dialogs and a progress window on a Linux display (fbdev or DRM), key
+ * presses from a TCA8418 keypad or any other key devices (setKeyDevices, setKeyCode).
+ * Every call runs on the caller's thread; none is thread-safe. Colours are 0x00RRGGBB.
+ * Font 0 is the regular font, 1 the bold one.
  *
  * Start with InitFramebuffer, then InitCanvas for text, InitKeypad before menus and
  * dialogs. Result 0 is success; the failure codes of each call are listed with it.
@@ -56,11 +56,16 @@ extern "C" {
 
 /* --- State ------------------------------------------------------------------ */
 
-/* Opens the framebuffer device (e.g. "/dev/fb0"), maps it and loads the fonts
- * /usr/share/fonts/vantor/lr.tf and lb.tf. Returns the library's state record
- * (opaque) or NULL with one line on stderr (and, for a device it cannot draw on, one
- * line on stdout naming the device's layout). A second call replaces the first
- * framebuffer and deletes the canvas and widgets that drew on it. */
+/* Opens the display device, maps it and loads the fonts /usr/share/fonts/vantor/lr.tf
+ * and lb.tf. The device is either kind of node: an fbdev framebuffer ("/dev/fb0") or a
+ * DRM/KMS card ("/dev/dri/card0"), on which the library sets the preferred mode of the
+ * connected display (a built-in panel first) in a buffer of its own, and gives the
+ * previous mode back when the framebuffer is replaced or the library unloaded. Returns
+ * the library's state record (opaque) or NULL with one line on stderr (and, for a
+ * device it cannot draw on, one line on stdout naming what it found there: the
+ * device's layout; or a card without dumb buffers, without a connected display, or
+ * held by another program). A second call replaces the first framebuffer and deletes
+ * the canvas and widgets that drew on it (see docs/DISPLAYS.md). */
 VANTOR_C_API void* InitFramebuffer(const char* device);
 
 /* --- Screen ------------------------------------------------------------------ */
@@ -130,6 +135,21 @@ VANTOR_C_API int WriteAlignedTextWithBackground(int x, int y, const char* text, 
 VANTOR_C_API int getScreenSize(int* width, int* height);
 /* Cell size of a font; either pointer may be NULL.  0 ok;  -2 no framebuffer or bad font. */
 VANTOR_C_API int getFontSize(int font, int* width, int* height);
+/* How the text handed to later calls is read: the text calls, menu entries, dialog
+ * lines, progress captions and the copy's caption. Text handed over earlier keeps its
+ * meaning. Needs no framebuffer.  0 ok;  -1 any other value.
+ *  VANTOR_TEXT_BYTES (the default): every byte is one character, looked up in the font
+ *    by its value (1 to 255); a character the font lacks leaves its cell as it was.
+ *  VANTOR_TEXT_UTF8: UTF-8. Each character is looked up by its Unicode code point and
+ *    takes one cell, so widths, alignment and bands count characters, not bytes. A
+ *    character the font lacks shows as the font's U+FFFD, else its '?'. A byte that is
+ *    not part of a well-formed sequence (overlong forms and surrogates included) is
+ *    the Latin-1 character of its value, so Latin-1 text still reads right. Control
+ *    characters (below 0x20, and 0x7F) take their cell and show nothing, unless the
+ *    font has a glyph for them. */
+#define VANTOR_TEXT_BYTES 0
+#define VANTOR_TEXT_UTF8 1
+VANTOR_C_API int setTextEncoding(int encoding);
 /* Packed R,G,B bytes to the library's colour words 0x00RRGGBB (B,G,R,0 bytes). dst must hold
  * 4 bytes per whole RGB triple. Returns 4*size/3;  -2 NULL pointer or size < 1. */
 VANTOR_C_API int RGB_to_RGBA(const unsigned char* src, unsigned char* dst, int size);
@@ -191,12 +211,22 @@ VANTOR_C_API int HideDialog(void);
 
 /* --- Menu --------------------------------------------------------------------- */
 
-/* Makes an empty menu with its top-left corner at (x, y).  0 ok;  -2 no framebuffer. */
+/* Makes an empty menu with its top-left corner at (x, y).  0 ok;  -2 no framebuffer.
+ * A menu whose entries do not all fit between that corner and the screen's bottom edge
+ * (a column) or right edge (a row) shows the entries that fit and scrolls: the selected
+ * entry is always shown, a small triangle at either end says that more entries lie
+ * beyond it, and the keys keep their meaning (wrapping from the last entry to the first
+ * and back). A menu that fits is drawn as it always was. */
 VANTOR_C_API int InitMenu(int x, int y);
+/* The same, but the entries scroll within the box (x, y, width, height) where it ends
+ * before the screen's edge: a column at its bottom, a row at its right edge.
+ *  0 ok;  -2 no framebuffer, width or height below 1. */
+VANTOR_C_API int InitMenuBox(int x, int y, int width, int height);
 /* Appends the NULL-terminated entries (numbered from 1) and lets the user choose.
  * Returns the chosen number, 0 back, -3 cancel, -4 home, -1 no entries;
- *  -2 no framebuffer, no menu, entries NULL, no usable keypad, entries that would
- *  make the menu too large (then none is added), or the key device going away during
+ *  -2 no framebuffer, no menu, entries NULL, no usable keypad, an entry too wide (a
+ *  column) or too tall (a row) for any canvas (then none is added), or the key device
+ *  going away during
  *  the wait (the menu is taken off the screen first). */
 VANTOR_C_API int ShowMenu(const char** entries, int orientation, int align);
 
@@ -233,21 +263,33 @@ VANTOR_C_API int HideProgress(void);
  * pipe, character device or /proc file is refused before the target is touched. A
  * regular target is written to a temporary file beside it, synced, renamed into place
  * and its directory synced: on any failure the old target is untouched and no partial
- * file remains. A new target gets mode 0644 (less the umask), an existing one keeps its
+ * file remains. Where the file system can make unnamed files (ext4, tmpfs, btrfs, xfs)
+ * the temporary file has no name until the copy is complete, so even a process killed
+ * mid-copy leaves nothing; elsewhere (vfat) it is ".NAME.part" beside the target, and
+ * the next copy to that target removes what a killed one left (a copy still running
+ * holds it: the second copy is refused with -EBUSY). A new target gets mode 0644 (less the umask), an existing one keeps its
  * mode. A block-device target is written in place (refused with -ENOSPC if smaller
  * than the source) and synced. Signals (EINTR) and short writes are handled. With
  * VANTOR_COPY_VERIFY the target is read back from storage and compared; the copy and
  * the read-back then each move the bar by half the share.
  *  0 ok;  -errno of the failing step (-ENOSPC, -EROFS, -EIO for a source that ended
  *  early or a target that read back different, -EISDIR or -EINVAL for an unsized
- *  source, -EINVAL for a NULL path or unknown flags). The line ends with the system's
- *  reason, e.g. "Write error: /data/fw.img: No space left on device". */
+ *  source, -EINVAL for a NULL path or unknown flags, -ECANCELED after CancelCopy). The
+ *  line ends with the system's reason, e.g. "Write error: /data/fw.img: No space left on
+ *  device".
+ *
+ * CancelCopy: asks the running CopyFileWithProgressEx to stop, and may be called from a
+ * signal handler (it only sets a flag). The copy stops before its next block, removes
+ * its temporary file and answers -ECANCELED: a regular target keeps its old content, a
+ * partition keeps what was written so far. A request made while no copy runs stops the
+ * next one before it writes. CopyFileWithProgress does not look at it.  Always 0. */
 #define VANTOR_COPY_VERIFY 1
 
 VANTOR_C_API int CopyFileWithProgress(const char* source, const char* target, const char* text,
                                       float share);
 VANTOR_C_API int CopyFileWithProgressEx(const char* source, const char* target, const char* text,
                                         float share, int flags);
+VANTOR_C_API int CancelCopy(void);
 
 #ifdef __cplusplus
 }

@@ -6,7 +6,7 @@ set -euo pipefail
 
 # The library needs only the first line; the simulator and the converter the second.
 VANTOR_PACKAGES=(
-  build-essential cmake pkg-config
+  build-essential cmake pkg-config libdrm-dev  # libdrm-dev: the DRM uapi headers only
   libfreetype-dev libpng-dev zlib1g-dev
 )
 # GoogleTest, Google Benchmark; Terminus regenerates the default fonts in a test and

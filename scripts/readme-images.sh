@@ -21,6 +21,17 @@ cp "$work/shots/0005.png" docs/images/installer-yesno.png
 cp "$work/shots/0010.png" docs/images/installer-gauge.png
 cp "$work/shots/0016.png" docs/images/installer-copy.png
 
+# UTF-8 text in German, Polish, Greek and Russian, and fifty files on a 480x272 panel: the
+# menu scrolls, a triangle at either end saying that more entries lie beyond it.
+sim=(build/tools/sim/vantor-sim --no-view --screen 480x272)
+cli=build/tools/vantor/vantor
+"${sim[@]}" --shots "$work/utf8" --keys "down,down,ok" -- $cli menu \
+  --title "Sprache / Język / Γλώσσα / Язык" "Deutsch: Größe ändern" \
+  "Polski: Zażółć gęślą jaźń" "Ελληνικά: Καλημέρα κόσμε" "Русский: Съешь же ещё этих булок"
+cp "$work/utf8/0003.png" docs/images/menu-utf8.png
+"${sim[@]}" --shots "$work/long" --keys "$(printf 'down,%.0s' $(seq 14))ok" -- $cli menu \
+  --title "Firmware files" $(seq -f 'firmware-%02g.img' 1 50)
+cp "$work/long/0015.png" docs/images/menu-long.png
 # One screen on a panel mounted each way round: the pictures are the panel's pixels.
 for degrees in 0 90 180 270; do
   PATH="$PWD/build/tools/vantor:$PATH" build/tools/sim/vantor-sim --no-view --rotate "$degrees" \

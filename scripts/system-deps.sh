@@ -11,7 +11,7 @@
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/deps.sh"
 VANTOR_SYSTEM_PACKAGES=(
-  qemu-system-x86 busybox-static kmod xz-utils fbcat netpbm
+  qemu-system-x86 busybox-static kmod xz-utils fbcat netpbm dosfstools e2fsprogs
   g++-i686-linux-gnu g++-arm-linux-gnueabihf qemu-user-static
   g++-aarch64-linux-gnu file
   dpkg-dev debhelper lintian git

@@ -6,13 +6,16 @@
 #include "vantor/GObj.h"
 #include "vantor/Point.h"
 #include "vantor/RGBA24.h"
+#include "vantor/TextCodes.h"
 
 namespace Vantor {
 
 class CBitmapFont;
 
-// One line of 8-bit text in one font, drawn as a row of opaque glyph cells. The
-// text keeps its own copy of the string; the font is borrowed and must outlive it.
+// One line of text in one font, drawn as a row of opaque glyph cells, one cell per
+// character. The text keeps its own copy of the string, decoded into character codes in
+// the encoding that was in force when it was handed over; the font is borrowed and must
+// outlive it.
 class VANTOR_API CAsciiText : public CGObj {
   public:
     explicit CAsciiText(CBitmapFont& font);
@@ -44,8 +47,13 @@ class VANTOR_API CAsciiText : public CGObj {
     char* pText;
     CPoint position;
     eAlignMode alignment;
+    // The string's character codes, and the encoding they were read in.
+    std::u32string codes;
+    eTextEncoding encoding;
 
   private:
+    void Take(const char* text);
+    const unsigned char* GlyphOf(char32_t code) const;
     long long TextWidth() const;
     long long FirstCellX(int canvasWidth) const;
     void FillBand(CCanvas& canvas) const;

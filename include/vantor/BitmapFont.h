@@ -3,6 +3,8 @@
 
 #include <stdint.h>
 
+#include <vector>
+
 #include "vantor/Export.h"
 
 namespace Vantor {
@@ -40,9 +42,12 @@ class VANTOR_API CBitmapFont {
   private:
     void BuildCodeIndex();
 
-    // Glyph index of every code a text byte can carry (-1 when the font lacks it),
-    // so drawing a character does not scan the code table.
-    int32_t indexOfByte[256];
+    // Glyph index of every Unicode code (-1 when the font lacks it), so drawing a
+    // character does not scan the code table: the codes up to the font's highest one
+    // in blocks of 256, each block naming its page of indices. Blocks without glyphs
+    // share the empty page 0, so a font costs one page per block it has glyphs in.
+    std::vector<uint16_t> pageOfBlock;
+    std::vector<int32_t> pages;
 };
 
 }  // namespace Vantor

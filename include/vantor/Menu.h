@@ -27,18 +27,45 @@ class VANTOR_API CMenu : public CCanvas {
     int QueryMenu(unsigned int* screen, int screenWidth, int screenHeight, float timeout);
     // Deletes the entries like the canvas does, and forgets the selection with them.
     void Clear();
+    // Lays the menu out for a screen of this size, in place of Draw and Autoresize(3).
+    // When the entries do not all fit between the menu's top-left corner and the
+    // screen's bottom edge (a column) or right edge (a row), the menu becomes a window
+    // onto the entries that scrolls with the selection, with a mark at either end that
+    // has more entries beyond it. Returns 1 for such a window, 0 for a menu that fits,
+    // -1 for an empty one.
+    int FitToScreen(int screenWidth, int screenHeight);
+    bool IsScrolling() const { return scrolling; }
 
     CMenuItem* pSelectedItem;
     CBitmapFont& font;
     CKeypad& keypad;
     eMenuOrientation orientation;
     eAlignMode itemAlignment;
+    // The corner past which entries scroll when it is nearer than the screen's edges:
+    // the right (row) and bottom (column) bound, exclusive, in screen coordinates.
+    CPoint scrollLimit;
 
   private:
     int WaitForChoice(const CScreen& screen, float timeout);
     void PaintMenu(const CScreen& screen);
     void SelectNeighbour(bool forward);
     int SelectedId() const;
+
+    // The scrolling window; see FitToScreen.
+    void OpenWindow(long long room);
+    void DrawWindow();
+    void DrawMarks(bool before, bool after);
+    void ShowSelected();
+    size_t ShownFrom(size_t first) const;
+    size_t SelectedIndex() const;
+    long long Extent(CGObj* entry) const;
+    long long Gap() const;
+    long long EntriesEnd() const;
+    int WidestEntry() const;
+
+    bool scrolling = false;  // set by FitToScreen
+    size_t firstShown = 0;
+    long long windowEnd = 0;  // where the shown entries must end along the menu's axis
 };
 
 }  // namespace Vantor

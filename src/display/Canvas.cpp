@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <climits>
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <new>
 
 namespace Vantor {
 
@@ -12,6 +15,28 @@ namespace {
 // taken in 64 bits and pinned to the int range instead of wrapping.
 int Pinned(long long value) {
     return static_cast<int>(std::min<long long>(std::max<long long>(value, INT_MIN), INT_MAX));
+}
+
+// Both buffers start on a cache line. A canvas row is copied to and from screen memory
+// (page-aligned) as one block, and how fast the C library copies a block depends on
+// where its two ends lie: the buffer that new[] gave put every row of a full-screen
+// canvas 16 bytes past the screen's, which is one of the slow distances. Aligned, a
+// full-width canvas at column 0 meets the screen at a multiple of 64 bytes; the row
+// copies keep clear of the slow distances for every other position (PixelFormat.cpp).
+const std::align_val_t kLineAlignment{64};
+
+// Zero-filled, as the pixel count says; a count whose bytes do not fit the address
+// space fails as an allocation error, as new[] would, instead of wrapping.
+uint32_t* NewPixels(size_t count) {
+    if (count > SIZE_MAX / sizeof(uint32_t)) throw std::bad_array_new_length();
+    void* memory = ::operator new[](count * sizeof(uint32_t), kLineAlignment);
+    std::memset(memory, 0, count * sizeof(uint32_t));
+    return static_cast<uint32_t*>(memory);
+}
+
+void DeletePixels(uint32_t*& pixels) {
+    ::operator delete[](pixels, kLineAlignment);
+    pixels = nullptr;
 }
 
 }  // namespace
@@ -38,29 +63,40 @@ CCanvas::~CCanvas() {
 }
 
 void CCanvas::ReleaseBuffers() {
-    delete[] pPixels;
-    pPixels = nullptr;
-    delete[] pBackground;
-    pBackground = nullptr;
+    DeletePixels(pPixels);
+    DeletePixels(pBackground);
 }
 
 // Buffers always match the frame, which is never smaller than one pixel; the product is
 // taken in size_t so a huge request fails as an allocation error instead of wrapping.
 void CCanvas::AllocateBuffers() {
     const size_t count = static_cast<size_t>(getWidth()) * static_cast<size_t>(getHeight());
-    uint32_t* pixels = new uint32_t[count]();
+    uint32_t* pixels = NewPixels(count);
     try {
-        pBackground = new uint32_t[count]();
+        pBackground = NewPixels(count);
     } catch (...) {
-        delete[] pixels;
+        DeletePixels(pixels);
         throw;
     }
     pPixels = pixels;
 }
 
+// A plain store loop over a screen-sized buffer ran at a sixth of the C library's
+// memset on our x86-64 machines, which store wider and skip reading the lines first.
+// Black (every byte alike) is one memset; other colours fill one 4 KiB block and copy
+// it on, which costs little more.
 void CCanvas::FillPixels(uint32_t value) {
     if (pPixels == nullptr) return;
-    std::fill_n(pPixels, static_cast<size_t>(getWidth()) * getHeight(), value);
+    const size_t count = static_cast<size_t>(getWidth()) * getHeight();
+    if (value == (value & 0xFFu) * 0x01010101u) {
+        std::memset(pPixels, int(value & 0xFFu), count * sizeof(uint32_t));
+        return;
+    }
+    const size_t block = std::min<size_t>(count, 1024);
+    std::fill_n(pPixels, block, value);
+    for (size_t done = block; done < count; done += block) {
+        std::memcpy(pPixels + done, pPixels, std::min(block, count - done) * sizeof(uint32_t));
+    }
 }
 
 void CCanvas::DeleteObjects() {
@@ -76,7 +112,7 @@ void CCanvas::setSize(int width, int height) {
     height = std::max(height, 1);
     if (pPixels != nullptr && width == getWidth() && height == getHeight()) {
         if (pBackground == nullptr) {
-            pBackground = new uint32_t[static_cast<size_t>(width) * height]();
+            pBackground = NewPixels(static_cast<size_t>(width) * height);
         }
         modified = true;
         return;

@@ -30,6 +30,9 @@ class CDisplayDevice {
     int Descriptor() const { return fd; }
     void* Memory() const { return memory; }
 
+    // Sets the device up on its node; false after one line on stdout. The device is
+    // deleted either way and then gives back whatever it took.
+    virtual bool Start(const char* path) = 0;
     // The two fbdev screen descriptions: the real ones for an fbdev node, made up from
     // the mode for others, so hosts that read them still find size and layout.
     virtual void Describe(fb_var_screeninfo& var, fb_fix_screeninfo& fix) const = 0;
@@ -40,6 +43,12 @@ class CDisplayDevice {
   protected:
     CDisplayDevice() = default;
 
+  private:
+    // The device that answers on the open node, not yet set up; null after one line on
+    // stdout when neither kind answers.
+    static CDisplayDevice* Identify(int fd, const char* path);
+
+  protected:
     int fd = -1;
     void* memory = nullptr;
     size_t memoryBytes = 0;

@@ -26,20 +26,11 @@ CFbdevDevice::CFbdevDevice(int descriptor, const fb_var_screeninfo& var) : varIn
     std::memset(&fixInfo, 0, sizeof(fixInfo));
 }
 
-CFbdevDevice* CFbdevDevice::Create(int fd, const char* path, const fb_var_screeninfo& var) {
-    CFbdevDevice* device = new CFbdevDevice(fd, var);
-    if (!device->ReadFixedInfo(path) || !device->HasDrawableFormat(path) ||
-        !device->HasUsableGeometry(path)) {
-        delete device;
-        return nullptr;
-    }
+bool CFbdevDevice::Start(const char* path) {
+    if (!ReadFixedInfo(path) || !HasDrawableFormat(path) || !HasUsableGeometry(path)) return false;
     int flags = fcntl(fd, F_GETFD);
     if (flags >= 0) fcntl(fd, F_SETFD, flags | FD_CLOEXEC);
-    if (!device->Map(path)) {
-        delete device;
-        return nullptr;
-    }
-    return device;
+    return Map(path);
 }
 
 CFbdevDevice::~CFbdevDevice() {

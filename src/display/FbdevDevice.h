@@ -11,15 +11,14 @@ namespace Vantor {
 class CFbdevDevice : public CDisplayDevice {
   public:
     // Takes over the open descriptor whose variable screen information was just read.
-    // Null (and the descriptor closed) after one line on stdout.
-    static CFbdevDevice* Create(int fd, const char* path, const fb_var_screeninfo& var);
+    CFbdevDevice(int descriptor, const fb_var_screeninfo& var);
     ~CFbdevDevice() override;
 
+    bool Start(const char* path) override;
     void Describe(fb_var_screeninfo& var, fb_fix_screeninfo& fix) const override;
     void Show(int x, int y, int width, int height) const override;
 
   private:
-    CFbdevDevice(int descriptor, const fb_var_screeninfo& var);
     bool ReadFixedInfo(const char* path);
     bool HasDrawableFormat(const char* path);
     bool HasUsableGeometry(const char* path);

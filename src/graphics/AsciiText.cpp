@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <climits>
 #include <cstring>
+#include <memory>
 
 #include "vantor/BitmapFont.h"
 #include "vantor/Canvas.h"
@@ -22,10 +23,15 @@ char* CopyOf(const char* text) {
 }  // namespace
 
 CAsciiText::CAsciiText(CBitmapFont& f)
-    : foreground(0xFFFFFF), background(0), font(f), pText(nullptr), alignment(eAlignLeft) {}
+    : foreground(0xFFFFFF),
+      background(0),
+      font(f),
+      pText(nullptr),
+      alignment(eAlignLeft),
+      encoding(CTextCodes::getEncoding()) {}
 
 CAsciiText::CAsciiText(const char* text, CBitmapFont& f) : CAsciiText(f) {
-    pText = CopyOf(text);
+    Take(text);
 }
 
 CAsciiText::CAsciiText(const char* text, CBitmapFont& f, const CPoint& at) : CAsciiText(text, f) {
@@ -48,9 +54,19 @@ CAsciiText::~CAsciiText() {
 }
 
 void CAsciiText::setText(const char* text) {
-    char* copy = CopyOf(text);  // copy first: text may point into our own string
+    Take(text);
+}
+
+// Copies first, and decodes from the copy: text may point into our own string. The
+// text means what the encoding of this moment says.
+void CAsciiText::Take(const char* text) {
+    std::unique_ptr<char[]> copy(CopyOf(text));
+    const eTextEncoding now = CTextCodes::getEncoding();
+    std::u32string decoded = CTextCodes::Decode(copy.get(), now);
     delete[] pText;
-    pText = copy;
+    pText = copy.release();
+    codes.swap(decoded);
+    encoding = now;
 }
 
 int CAsciiText::getSize(int& width, int& height) {
@@ -86,7 +102,7 @@ void CAsciiText::setAlignment(eAlignMode mode) {
 }
 
 long long CAsciiText::TextWidth() const {
-    return static_cast<long long>(std::strlen(pText)) * font.header.glyphWidth;
+    return static_cast<long long>(codes.size()) * font.header.glyphWidth;
 }
 
 // A centred text wider than its canvas starts at the same formula and so runs off
@@ -117,19 +133,29 @@ int CAsciiText::Draw(CCanvas& canvas) {
     if (alignment & eAlignFillLine) FillBand(canvas);
     // Each character is drawn as its glyph would draw itself, without making one: a
     // missing glyph leaves its cell alone, and only cells that overlap the canvas are
-    // looked up, so a 300,000-character line costs a scan of its bytes.
+    // looked up, so a 300,000-character line costs a scan of its codes.
     const int width = font.header.glyphWidth;
     const int height = font.header.glyphHeight;
     const int canvasWidth = canvas.getWidth();
     long long x = FirstCellX(canvasWidth);
-    for (const char* p = pText; *p != '\0' && x < canvasWidth; ++p, x += width) {
+    for (size_t i = 0; i < codes.size() && x < canvasWidth; ++i, x += width) {
         if (x + width <= 0) continue;
-        const unsigned char* bitmap = font.getGlyphFromCode(static_cast<unsigned char>(*p));
+        const unsigned char* bitmap = GlyphOf(codes[i]);
         if (bitmap != nullptr) {
             canvas.setBitmap(x, position.y, bitmap, width, height, foreground, background);
         }
     }
     return 0;
+}
+
+// Byte text leaves the cell of a code the font lacks as it was. UTF-8 text shows such a
+// character as the font's replacement character, else its '?', so that it is never a
+// silent gap; only control characters stay invisible.
+const unsigned char* CAsciiText::GlyphOf(char32_t code) const {
+    const unsigned char* bitmap = font.getGlyphFromCode(static_cast<int>(code));
+    if (bitmap != nullptr || encoding != eTextUtf8 || CTextCodes::IsControl(code)) return bitmap;
+    bitmap = font.getGlyphFromCode(0xFFFD);
+    return bitmap != nullptr ? bitmap : font.getGlyphFromCode('?');
 }
 
 void CAsciiText::Clear(CCanvas& canvas) {

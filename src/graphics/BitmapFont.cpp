@@ -18,6 +18,11 @@ namespace {
 
 const char kMagic[] = "tinyfont";  // compared with its terminating zero
 
+// The glyph index covers the Unicode range in pages of this many codes; 0x1100 blocks
+// at most, so a page number fits 16 bits.
+const size_t kPageSize = 256;
+const int32_t kIndexedCodes = 0x110000;
+
 // Closes the font file on every way out of ReadFont, the throwing ones included.
 class FileCloser {
   public:
@@ -125,17 +130,36 @@ int CBitmapFont::ReadFont(const char* fileName) {
 // Walking the table from the end lets the lowest index of a repeated code win, as
 // the linear search does.
 void CBitmapFont::BuildCodeIndex() {
-    std::fill(std::begin(indexOfByte), std::end(indexOfByte), -1);
+    pageOfBlock.clear();
+    pages.assign(kPageSize, -1);
     if (pGlyphCodes == nullptr) return;
+    int32_t highest = -1;
+    for (int i = 0; i < header.glyphCount; ++i) {
+        if (pGlyphCodes[i] < kIndexedCodes) highest = std::max(highest, pGlyphCodes[i]);
+    }
+    if (highest < 0) return;
+    pageOfBlock.assign(size_t(highest) / kPageSize + 1, 0);
     for (int i = header.glyphCount - 1; i >= 0; --i) {
         const int32_t code = pGlyphCodes[i];
-        if (code >= 0 && code < 256) indexOfByte[code] = i;
+        if (code < 0 || code >= kIndexedCodes) continue;
+        uint16_t& page = pageOfBlock[size_t(code) / kPageSize];
+        if (page == 0) {
+            page = uint16_t(pages.size() / kPageSize);
+            pages.resize(pages.size() + kPageSize, -1);
+        }
+        pages[size_t(page) * kPageSize + size_t(code) % kPageSize] = i;
     }
 }
 
+// Text asks only for Unicode codes, which the index holds; anything beyond is found
+// the slow way.
 int CBitmapFont::getIndexFromCode(int code) const {
-    if (code >= 0 && code < 256) return indexOfByte[code];
-    if (code < 0 || header.glyphCount < 1 || pGlyphCodes == nullptr) return -1;
+    if (code < 0) return -1;
+    const size_t block = size_t(code) / kPageSize;
+    if (block < pageOfBlock.size()) {
+        return pages[size_t(pageOfBlock[block]) * kPageSize + size_t(code) % kPageSize];
+    }
+    if (code < kIndexedCodes || header.glyphCount < 1 || pGlyphCodes == nullptr) return -1;
     for (int i = 0; i < header.glyphCount; ++i) {
         if (pGlyphCodes[i] == code) return i;
     }

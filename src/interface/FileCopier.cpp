@@ -5,6 +5,7 @@
 
 #include <fcntl.h>
 #include <linux/fs.h>
+#include <sys/file.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
@@ -17,6 +18,7 @@
 #include <new>
 
 #include "Boundary.h"
+#include "CopyCancel.h"
 #include "vantor.h"
 
 namespace Vantor {
@@ -84,6 +86,21 @@ std::string Resolved(const char* path) {
     return result;
 }
 
+// What a source without a length is, for the line that refuses it.
+const char* KindOf(mode_t mode) {
+    if (S_ISFIFO(mode)) return "a pipe";
+    if (S_ISCHR(mode)) return "a character device";
+    if (S_ISSOCK(mode)) return "a socket";
+    return "a file that reports no length";
+}
+
+// The file systems that cannot make an unnamed file (vfat on older kernels, some
+// network and FUSE ones) say so in one of these ways; any other error is the
+// directory's own and a named file would meet it too.
+bool UnnamedUnsupported(int error) {
+    return error == EOPNOTSUPP || error == EISDIR || error == EINVAL;
+}
+
 }  // namespace
 
 FileCopier::FileCopier(const char* source, const char* target, const char* text, float share,
@@ -93,18 +110,29 @@ FileCopier::FileCopier(const char* source, const char* target, const char* text,
       text(text),
       share(share),
       verify((flags & VANTOR_COPY_VERIFY) != 0),
+      replacing(false),
+      unnamed(false),
+      partOwned(false),
       in(-1),
       out(-1),
       size(0) {}
 
 // A copy that did not reach the rename leaves no trace of its temporary file.
 FileCopier::~FileCopier() {
-    if (!temporaryPath.empty()) unlink(temporaryPath.c_str());
+    if (partOwned) unlink(partPath.c_str());
 }
 
+// An empty path is shown as such, or the line would read as if the path were missing.
 int FileCopier::Fail(const char* what, const std::string& path, int error) const {
-    std::cerr << what << path << ": " << std::strerror(error) << std::endl;
+    std::cerr << what << (path.empty() ? "\"\"" : path) << ": " << std::strerror(error)
+              << std::endl;
     return -error;
+}
+
+// A stop asked for by CancelCopy is answered once, then forgotten.
+int FileCopier::Cancelled() const {
+    ClearCopyCancel();
+    return Fail("Copy stopped: ", targetPath, ECANCELED);
 }
 
 int FileCopier::Run() {
@@ -119,6 +147,7 @@ int FileCopier::Run() {
     progress = CopyProgress(text, share, size, verify ? 2 : 1);
     result = CopyData(progress);
     if (result == 0 && verify) result = Verify(progress);
+    if (result == 0 && CopyCancelRequested()) result = Cancelled();
     if (result == 0) result = Commit();
     if (result == 0) progress.Finish();
     return result;
@@ -151,15 +180,15 @@ int FileCopier::SizeSource(const struct stat& status) {
         size = static_cast<long long>(bytes);
         return 0;
     }
-    if (!S_ISREG(status.st_mode)) return Fail("Cannot size input file ", sourcePath, EINVAL);
     size = status.st_size;
-    if (size == 0 && ReadFully(in.fd, buffer.get(), 1) != 0) {
-        return Fail("Cannot size input file ", sourcePath, EINVAL);
-    }
-    return 0;
+    if (S_ISREG(status.st_mode) && (size > 0 || ReadFully(in.fd, buffer.get(), 1) == 0)) return 0;
+    std::cerr << "Cannot size input file " << sourcePath << ": " << std::strerror(EINVAL) << " ("
+              << KindOf(status.st_mode) << ", not a regular file or a partition)" << std::endl;
+    return -EINVAL;
 }
 
 int FileCopier::OpenTarget() {
+    if (*targetPath == '\0') return Fail("Cannot open output file ", targetPath, ENOENT);
     finalPath = Resolved(targetPath);
     struct stat status;
     if (stat(finalPath.c_str(), &status) != 0) {
@@ -168,8 +197,10 @@ int FileCopier::OpenTarget() {
     }
     if (S_ISDIR(status.st_mode)) return Fail("Cannot open output file ", targetPath, EISDIR);
     if (S_ISREG(status.st_mode)) return CreateTemporary(status.st_mode & 07777, &status);
-    out.fd = OpenRetrying(finalPath.c_str(), O_WRONLY);
+    // A FIFO without a reader would hold a blocking open for ever.
+    out.fd = OpenRetrying(finalPath.c_str(), O_WRONLY | O_NONBLOCK);
     if (out.fd < 0) return Fail("Cannot open output file ", targetPath, errno);
+    fcntl(out.fd, F_SETFL, fcntl(out.fd, F_GETFL) & ~O_NONBLOCK);
     unsigned long long capacity = 0;
     if (S_ISBLK(status.st_mode) && ioctl(out.fd, BLKGETSIZE64, &capacity) == 0 &&
         capacity < static_cast<unsigned long long>(size)) {
@@ -179,21 +210,25 @@ int FileCopier::OpenTarget() {
 }
 
 // The temporary file lives beside the target (a rename cannot cross file systems) and
-// takes over the old target's permission bits and, where allowed, its owner.
+// takes over the old target's permission bits and, where allowed, its owner. Its lock
+// tells a second copy to the same target that this one is still at work.
 int FileCopier::CreateTemporary(mode_t mode, const struct stat* old) {
+    replacing = true;
     const std::string directory = DirectoryOf(finalPath);
+    // Cut to fit a name's limit: a target with the longest name allowed is still copied.
     const std::string base = finalPath.substr(finalPath.rfind('/') + 1);
-    for (int attempt = 0; attempt < 100 && out.fd < 0; ++attempt) {
-        temporaryPath = directory + "/." + base + ".part-" + std::to_string(getpid()) + "-" +
-                        std::to_string(attempt);
-        out.fd = OpenRetrying(temporaryPath.c_str(), O_WRONLY | O_CREAT | O_EXCL, mode);
-        if (out.fd < 0 && errno != EEXIST) break;
+    partPath = directory + "/." + base.substr(0, NAME_MAX - 6) + ".part";
+    const int removed = RemoveStalePart();
+    if (removed != 0) return removed;
+    out.fd = OpenRetrying(directory.c_str(), O_TMPFILE | O_RDWR, mode);
+    unnamed = out.fd >= 0;
+    if (!unnamed) {
+        if (!UnnamedUnsupported(errno)) return CreateFailure(errno, old != nullptr);
+        out.fd = OpenRetrying(partPath.c_str(), O_RDWR | O_CREAT | O_EXCL, mode);
+        if (out.fd < 0) return CreateFailure(errno == EEXIST ? EBUSY : errno, old != nullptr);
+        partOwned = true;
     }
-    if (out.fd < 0) {
-        const int error = errno;
-        temporaryPath.clear();
-        return Fail("Cannot open output file ", targetPath, error);
-    }
+    flock(out.fd, LOCK_EX | LOCK_NB);
     if (old != nullptr) {
         if (fchown(out.fd, old->st_uid, old->st_gid) != 0) {
             // Only root may give a file away; the copy then belongs to us, as it would
@@ -204,9 +239,39 @@ int FileCopier::CreateTemporary(mode_t mode, const struct stat* old) {
     return 0;
 }
 
+// What an interrupted copy left under the temporary name goes now, unless a copy that
+// is still running holds it.
+int FileCopier::RemoveStalePart() {
+    struct stat status;
+    if (lstat(partPath.c_str(), &status) != 0) return 0;
+    if (S_ISREG(status.st_mode)) {
+        Descriptor stale(OpenRetrying(partPath.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK));
+        if (stale.fd >= 0 && flock(stale.fd, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
+            return Fail("Cannot open output file ", targetPath, EBUSY);
+        }
+    }
+    if (unlink(partPath.c_str()) != 0 && errno != ENOENT) {
+        return Fail("Cannot open output file ", targetPath, errno);
+    }
+    return 0;
+}
+
+// A directory where no file may be made (/proc, a read-only mount) would otherwise be
+// reported as the temporary file's failure; the target's own refusal says more, and a
+// "no such file" for a target that exists names the file that could not be made.
+int FileCopier::CreateFailure(int error, bool targetExists) const {
+    Descriptor direct(OpenRetrying(finalPath.c_str(), O_WRONLY | O_NONBLOCK));
+    if (direct.fd < 0 && errno != ENOENT)
+        return Fail("Cannot open output file ", targetPath, errno);
+    if (error == ENOENT && targetExists)
+        return Fail("Cannot create temporary file ", partPath, error);
+    return Fail("Cannot open output file ", targetPath, error);
+}
+
 int FileCopier::CopyData(CopyProgress& progress) {
     long long copied = 0;
     while (copied < size) {
+        if (CopyCancelRequested()) return Cancelled();
         const size_t wanted = static_cast<size_t>(std::min<long long>(kBlockSize, size - copied));
         const long long got = ReadFully(in.fd, buffer.get(), wanted);
         if (got < 0) return Fail("Read error: ", sourcePath, static_cast<int>(-got));
@@ -226,14 +291,19 @@ int FileCopier::Verify(CopyProgress& progress) {
     progress.NextPass();
     const int synced = SyncRetrying(out.fd);
     if (synced != 0 && synced != -EINVAL) return Fail("Write error: ", targetPath, -synced);
-    const std::string written = temporaryPath.empty() ? finalPath : temporaryPath;
-    Descriptor back(OpenRetrying(written.c_str(), O_RDONLY));
-    if (back.fd < 0) return Fail("Verify error: ", targetPath, errno);
+    // The temporary file is read through a second descriptor of its own: it may have
+    // no name to open.
+    Descriptor back(replacing ? fcntl(out.fd, F_DUPFD_CLOEXEC, 0)
+                              : OpenRetrying(finalPath.c_str(), O_RDONLY));
+    if (back.fd < 0 || lseek(back.fd, 0, SEEK_SET) != 0) {
+        return Fail("Verify error: ", targetPath, errno);
+    }
     posix_fadvise(back.fd, 0, 0, POSIX_FADV_DONTNEED);
     if (lseek(in.fd, 0, SEEK_SET) != 0) return Fail("Read error: ", sourcePath, errno);
     std::unique_ptr<char[]> copy(new (std::nothrow) char[kBlockSize]);
     if (!copy) return Fail("Verify error: ", targetPath, ENOMEM);
     for (long long checked = 0; checked < size;) {
+        if (CopyCancelRequested()) return Cancelled();
         const size_t wanted = static_cast<size_t>(std::min<long long>(kBlockSize, size - checked));
         const long long original = ReadFully(in.fd, buffer.get(), wanted);
         if (original != static_cast<long long>(wanted)) {
@@ -252,22 +322,40 @@ int FileCopier::Verify(CopyProgress& progress) {
 
 // Nothing counts as copied until it is on storage: the file's data, then (for a
 // temporary file) its new name in the directory. A device that cannot be synced at
-// all (EINVAL) has nothing to flush.
+// all (EINVAL) has nothing to flush. The rename comes while the lock is still held.
 int FileCopier::Commit() {
     const int synced = SyncRetrying(out.fd);
     if (synced != 0 && synced != -EINVAL) return Fail("Write error: ", targetPath, -synced);
-    if (!out.Close()) return Fail("Write error: ", targetPath, errno);
-    if (temporaryPath.empty()) return 0;
-    if (rename(temporaryPath.c_str(), finalPath.c_str()) != 0) {
-        return Fail("Write error: ", targetPath, errno);
+    if (replacing) {
+        const int linked = unnamed ? LinkPart() : 0;
+        if (linked != 0) return linked;
+        if (rename(partPath.c_str(), finalPath.c_str()) != 0) {
+            return Fail("Write error: ", targetPath, errno);
+        }
+        partOwned = false;
     }
-    temporaryPath.clear();
+    if (!out.Close()) return Fail("Write error: ", targetPath, errno);
+    if (!replacing) return 0;
     Descriptor directory(OpenRetrying(DirectoryOf(finalPath).c_str(), O_RDONLY | O_DIRECTORY));
     if (directory.fd < 0) return Fail("Write error: ", DirectoryOf(finalPath), errno);
     const int dirSynced = SyncRetrying(directory.fd);
     if (dirSynced != 0 && dirSynced != -EINVAL) {
         return Fail("Write error: ", DirectoryOf(finalPath), -dirSynced);
     }
+    return 0;
+}
+
+// Linux cannot rename an unnamed file over another, so the complete copy first gets the
+// temporary name, for the moment until the rename. Linking by descriptor needs a
+// capability most users lack; the /proc link to the descriptor works for anyone.
+int FileCopier::LinkPart() {
+    if (linkat(out.fd, "", AT_FDCWD, partPath.c_str(), AT_EMPTY_PATH) != 0) {
+        const std::string self = "/proc/self/fd/" + std::to_string(out.fd);
+        if (linkat(AT_FDCWD, self.c_str(), AT_FDCWD, partPath.c_str(), AT_SYMLINK_FOLLOW) != 0) {
+            return Fail("Write error: ", targetPath, errno);
+        }
+    }
+    partOwned = true;
     return 0;
 }
 

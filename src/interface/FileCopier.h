@@ -14,8 +14,11 @@ namespace Vantor {
 
 // A regular target is written to a temporary file beside it, synced and renamed into
 // place, then its directory is synced: until the rename the old target is untouched,
-// and on failure the temporary file is removed. A device target (a partition) is
-// written in place. Every step answers 0 or -errno and prints its one line on failure.
+// and on failure the temporary file is removed. Where the file system allows it the
+// temporary file has no name until it is complete, so a process that dies mid-copy
+// leaves nothing; elsewhere it has one fixed name per target, which the next copy to
+// that target removes. A device target (a partition) is written in place. Every step
+// answers 0 or -errno and prints its one line on failure.
 class FileCopier {
   public:
     FileCopier(const char* source, const char* target, const char* text, float share, int flags);
@@ -29,6 +32,10 @@ class FileCopier {
     int SizeSource(const struct stat& status);
     int OpenTarget();
     int CreateTemporary(mode_t mode, const struct stat* old);
+    int RemoveStalePart();
+    int CreateFailure(int error, bool targetExists) const;
+    int LinkPart();
+    int Cancelled() const;
     int CopyData(CopyProgress& progress);
     int Verify(CopyProgress& progress);
     int Commit();
@@ -40,7 +47,10 @@ class FileCopier {
     float share;
     bool verify;
     std::string finalPath;
-    std::string temporaryPath;
+    std::string partPath;  // the temporary file's name, for a regular target
+    bool replacing;        // a regular target: written aside, then renamed over
+    bool unnamed;          // the temporary file has no name yet (O_TMPFILE)
+    bool partOwned;        // a file at partPath is ours to remove
     Descriptor in;
     Descriptor out;
     long long size;

@@ -13,13 +13,13 @@
 #include <cstring>
 #include <iostream>
 #include <memory>
-#include <vector>
 
 #include "Boundary.h"
 #include "Console.h"
 #include "ContextKeypad.h"
 #include "CrashLine.h"
 #include "KeySettings.h"
+#include "MenuFit.h"
 #include "vantor/AsciiText.h"
 #include "vantor/BitmapFont.h"
 #include "vantor/Canvas.h"
@@ -29,6 +29,7 @@
 #include "vantor/Menu.h"
 #include "vantor/Progress.h"
 #include "vantor/ProgressBar.h"
+#include "vantor/TextCodes.h"
 
 namespace Vantor {
 
@@ -64,32 +65,6 @@ long long MaxCanvasPixels() {
 
 bool IsAcceptableSize(int width, int height) {
     return width >= 1 && height >= 1 && static_cast<long long>(width) * height <= MaxCanvasPixels();
-}
-
-// The menu lays its entries out from (5, 5), one below the other 8 pixels apart or side
-// by side 15 apart, plus a margin of 3 around; this is the size it would take with the
-// new entries, counted before anything is added.
-bool MenuFits(CMenu& menu, const char** entries, int orientation) {
-    const CBitmapFont& font = *Screen().pFontRegular;
-    std::vector<long long> widths;
-    for (CGObj* item : menu.objects) {
-        int w = 0, h = 0;
-        item->getSize(w, h);
-        widths.push_back(w);
-    }
-    for (int n = 0; entries[n] != nullptr; ++n) {
-        widths.push_back(static_cast<long long>(std::strlen(entries[n])) * font.header.glyphWidth);
-        if (widths.back() > MaxCanvasPixels()) return false;
-    }
-    const long long cell = font.header.glyphHeight;
-    long long width = 0, height = 0;
-    for (long long w : widths) {
-        const bool vertical = orientation != eMenuHorizontal;
-        width = vertical ? std::max(width, w) : width + w + 15;
-        height = vertical ? height + cell + 8 : cell;
-        if (width > MaxCanvasPixels() || height > MaxCanvasPixels()) return false;
-    }
-    return (width + 11) * (height + 11) <= MaxCanvasPixels();
 }
 
 CBitmapFont* FontFromSelector(int font) {
@@ -158,6 +133,7 @@ bool IsContextValid(context* ctx) {
 
 __attribute__((constructor(101))) void VantorInit() {
     InstallCrashHandler();
+    CTextCodes::setEncoding(eTextBytes);  // a fresh state reads text as bytes
     pContext = new (std::nothrow) context();
 }
 
@@ -334,20 +310,6 @@ int getFontSize(int font, int* width, int* height) {
     return 0;
 }
 
-// Leftover bytes of an incomplete triple are not converted but still count in the
-// result, which is 4/3 of the size for any size.
-int RGB_to_RGBA(const unsigned char* src, unsigned char* dst, int size) {
-    if (src == nullptr || dst == nullptr || size < 1) return -2;
-    // Indices in size_t: 4 * i passes INT_MAX once size nears 1.6e9 bytes.
-    for (size_t i = 0; i < static_cast<size_t>(size) / 3; ++i) {
-        dst[4 * i] = src[3 * i + 2];
-        dst[4 * i + 1] = src[3 * i + 1];
-        dst[4 * i + 2] = src[3 * i];
-        dst[4 * i + 3] = 0;
-    }
-    return static_cast<int>(4LL * size / 3);
-}
-
 /* --- Keys -------------------------------------------------------------------------- */
 
 int InitKeypad(void) {
@@ -420,13 +382,15 @@ int ShowMenu(const char** entries, int orientation, int align) {
         if (!IsValid() || pContext->pMenu == nullptr || entries == nullptr) return -2;
         if (!CContextKeypad::IsUsable()) return -2;
         CMenu& menu = *pContext->pMenu;
-        if (!MenuFits(menu, entries, orientation)) return -2;
+        CFramebuffer& fb = Screen();
+        if (!MenuFits(menu, entries, orientation, fb.getScreenWidth(), fb.getScreenHeight(),
+                      MaxCanvasPixels())) {
+            return -2;
+        }
         menu.orientation = static_cast<eMenuOrientation>(orientation);
         menu.itemAlignment = static_cast<eAlignMode>(align);
         for (int n = 1; entries[n - 1] != nullptr; ++n) menu.AddItem(n, entries[n - 1], false);
-        menu.Draw();
-        menu.Autoresize(3);
-        CFramebuffer& fb = Screen();
+        menu.FitToScreen(fb.getScreenWidth(), fb.getScreenHeight());
         return menu.QueryMenu(fb.getScreen(), 0.2f);
     });
 }

@@ -1,5 +1,6 @@
 #include "vantor/Menu.h"
 
+#include <climits>
 #include <iterator>
 
 #include "vantor/Keypad.h"
@@ -30,7 +31,8 @@ CMenu::CMenu(CBitmapFont& f, CKeypad& k)
       font(f),
       keypad(k),
       orientation(eMenuVertical),
-      itemAlignment(eAlignLeft) {}
+      itemAlignment(eAlignLeft),
+      scrollLimit(INT_MAX, INT_MAX) {}
 
 CMenu::~CMenu() {
     pSelectedItem = nullptr;
@@ -80,6 +82,8 @@ int CMenu::AdjustColors() {
 
 void CMenu::Clear() {
     pSelectedItem = nullptr;
+    scrolling = false;
+    firstShown = 0;
     CCanvas::Clear();
 }
 
@@ -99,7 +103,11 @@ int CMenu::QueryMenu(unsigned int* screen, int screenWidth, int screenHeight, fl
 
 void CMenu::PaintMenu(const CScreen& screen) {
     AdjustColors();
-    Draw();
+    if (scrolling) {
+        DrawWindow();
+    } else {
+        Draw();
+    }
     Paint(screen);
 }
 

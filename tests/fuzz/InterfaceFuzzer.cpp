@@ -85,8 +85,15 @@ void StartScreen(FuzzInput& in) {
     static const int kSizes[][2] = {{320, 240}, {1, 1}, {800, 480}, {17, 3}, {240, 320}};
     const uint8_t choice = in.Byte();
     const auto& size = kSizes[choice % 5];
+    // Every other input draws on a DRM card (a built-in panel) instead.
+    const bool drm = (choice / 5) % 2 == 1;
+    const char* device = drm ? "/dev/dri/card0" : "/dev/fb0";
     vp_screen screen = {size[0], size[1], size[0], size[1], 32, 0};
-    vp_fb_add("/dev/fb0", &screen);
+    const vp_drm_card card = {size[0], size[1], 14, 0};
+    if (drm)
+        vp_drm_add(device, &card);
+    else
+        vp_fb_add(device, &screen);
     static const std::vector<unsigned char> font = [] {
         std::vector<int> codes(255);  // 1 to 255: every code a text can hold
         std::iota(codes.begin(), codes.end(), 1);
@@ -96,8 +103,9 @@ void StartScreen(FuzzInput& in) {
     vp_file_add("/usr/share/fonts/vantor/lb.tf", font.data(), font.size());
     Vantor::VantorCleanup();
     Vantor::VantorInit();
-    InitFramebuffer("/dev/fb0");
-    setRotation(choice / 5 % 4 * 90);  // from the same byte, so saved inputs read alike
+    InitFramebuffer(device);
+    setTextEncoding(choice >> 7);       // half the inputs read their text as UTF-8
+    setRotation(choice / 10 % 4 * 90);  // from the same byte, so saved inputs read alike
 }
 
 void ConvertColours(int requested) {

@@ -39,6 +39,7 @@ depends vantor-tools | grep -q 'libpng' || fail "vantor-tools does not depend on
 lintian --tag-display-limit 0 "$work/vantor_${version}_$arch.changes" > "$work/lintian.log" 2>&1 || true
 cat "$work/lintian.log"
 grep -q '^E: ' "$work/lintian.log" && fail "lintian reports errors"
+grep -q 'no-manual-page' "$work/lintian.log" && fail "a program of the packages has no manual page"
 
 for package in libvantor1 libvantor-dev vantor-tools; do
   dpkg -x "$(deb "$package")" "$root"

@@ -5,6 +5,7 @@
 #include <cstddef>
 
 extern "C" void* __libc_malloc(size_t size);
+extern "C" void* __libc_memalign(size_t alignment, size_t size);
 
 namespace {
 
@@ -19,4 +20,11 @@ long AllocationCount() {
 extern "C" void* malloc(size_t size) noexcept {
     ++allocations;
     return __libc_malloc(size);
+}
+
+// Canvas buffers come from the aligned operator new, which the C++ runtime serves
+// with aligned_alloc rather than malloc.
+extern "C" void* aligned_alloc(size_t alignment, size_t size) noexcept {
+    ++allocations;
+    return __libc_memalign(alignment, size);
 }

@@ -2,8 +2,10 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <linux/loop.h>
+#include <sys/file.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include "InterfaceFixture.h"
@@ -11,12 +13,14 @@
 #include "vantor_platform.h"
 
 #include <cerrno>
+#include <csignal>
 #include <cstring>
 #include <filesystem>
 
 namespace {
 
 std::vector<float> updates;
+void (*onUpdate)() = nullptr;  // what happens mid-copy: a cancel, a kill
 
 std::string Bytes(size_t size, char seed) {
     std::string data(size, '\0');
@@ -36,6 +40,7 @@ extern "C" int UpdateProgress(const char* text, int align, float percent) {
     using Call = int (*)(const char*, int, float);
     static Call real = reinterpret_cast<Call>(dlsym(RTLD_NEXT, "UpdateProgress"));
     updates.push_back(percent);
+    if (onUpdate != nullptr) onUpdate();
     return real(text, align, percent);
 }
 
@@ -45,7 +50,9 @@ class Copy : public Interface {
         Interface::SetUp();
         InitFramebuffer("/dev/fb0");
         updates.clear();
+        onUpdate = nullptr;
     }
+    size_t Entries() const { return std::distance(std::filesystem::directory_iterator(dir), {}); }
     std::string dir = VantorTest::MakeTempDir();
 };
 
@@ -58,6 +65,7 @@ TEST_F(Copy, TargetHoldsTheSourceAndTheBarMovesThroughItsShare) {
         bool window;
         float share;
         std::vector<float> updates;
+        void (*onUpdate)() = nullptr;  // what happens mid-copy: a cancel, a kill
     } cases[] = {
         {0, true, 30, {50}},
         {3 << 20, true, 50, {36.67f, 53.33f, 70, 70}},
@@ -177,9 +185,18 @@ TEST_F(Copy, FailuresNameTheirPathAndReturnTheirCode) {
         {false, dir, target, -1, "Read error: " + dir},
         {false, "/proc/self/status", target, 0, ""},
         {true, dir, target, -EISDIR, "Cannot size input file " + dir + ": Is a directory"},
-        {true, fifo, target, -EINVAL, "Cannot size input file " + fifo + ": Invalid argument"},
+        {true, fifo, target, -EINVAL,
+         "Cannot size input file " + fifo +
+             ": Invalid argument (a pipe, not a regular file or a partition)"},
         {true, "/proc/self/status", target, -EINVAL,
-         "Cannot size input file /proc/self/status: Invalid argument"},
+         "Cannot size input file /proc/self/status: Invalid argument (a file that reports no "
+         "length, not a regular file or a partition)"},
+        {true, source, "", -ENOENT, "Cannot open output file \"\": No such file or directory"},
+        {true, source, "/proc/version", geteuid() == 0 ? -ENOENT : -EACCES,
+         geteuid() == 0
+             ? "Cannot create temporary file /proc/.version.part: No such file or directory"
+             : "Cannot open output file /proc/version: Permission denied"},
+        {true, source, fifo, -ENXIO, "Cannot open output file " + fifo + ": " + strerror(ENXIO)},
     };
     for (const auto& c : cases) {
         Write(target, "keep");
@@ -227,4 +244,67 @@ TEST_F(Copy, BlockDeviceSourceAndTarget) {
     Write(dir + "/big", Bytes(4 << 20, 'b'));
     EXPECT_EQ(-ENOSPC,
               CopyFileWithProgressEx((dir + "/big").c_str(), loop.path.c_str(), nullptr, 0, 0));
+}
+
+// A copy stopped mid-way, politely (CancelCopy) or not (SIGKILL), leaves the old target;
+// with an unnamed temporary file nothing else remains, with a named one (a file system
+// without unnamed files) at most that one file, which the next copy removes unless a
+// copy still running holds it.
+TEST_F(Copy, StoppedCopiesLeaveAtMostOneFileThatTheNextCopyRemoves) {
+    const struct {
+        bool named;  // the unnamed temporary file is refused, as vfat does
+        bool kill;   // SIGKILL at the first block, else CancelCopy
+    } cases[] = {{false, false}, {true, false}, {false, true}, {true, true}};
+    const std::string source = dir + "/S", target = dir + "/T", part = dir + "/.T.part";
+    const std::string data = Bytes(3 << 20, 's'), old = Bytes(1000, 'o');
+    Write(source, data);
+    InitProgress(10, 10, 200, 60);
+    for (const auto& c : cases) {
+        Write(target, old);
+        const pid_t child = c.kill ? fork() : 0;
+        if (child == 0) {
+            onUpdate = c.kill ? [] { raise(SIGKILL); } : [] { CancelCopy(); };
+            if (c.named) vp_fail_call("open", EOPNOTSUPP, 2);
+            const std::string err = OutputOf([&] {
+                EXPECT_EQ(-ECANCELED,
+                          CopyFileWithProgressEx(source.c_str(), target.c_str(), nullptr, 10, 0));
+            });
+            EXPECT_EQ("Copy stopped: " + target + ": " + std::strerror(ECANCELED) + "\n", err);
+            if (c.kill) _exit(1);  // never reached: the kill came first
+            onUpdate = nullptr;
+            vp_reset();
+        }
+        int status = 0;
+        if (c.kill) {
+            ASSERT_EQ(child, waitpid(child, &status, 0));
+        }
+        EXPECT_TRUE(old == VantorTest::ReadFile(target)) << c.named << c.kill;
+        EXPECT_EQ(c.named && c.kill ? 3u : 2u, Entries()) << c.named << c.kill;
+        EXPECT_EQ(0, CopyFileWithProgressEx(source.c_str(), target.c_str(), nullptr, 10, 0));
+        EXPECT_TRUE(data == VantorTest::ReadFile(target));
+        EXPECT_EQ(2u, Entries()) << c.named << c.kill;
+    }
+    // A request made between copies stops the next one before it writes, and only that one.
+    CancelCopy();
+    Write(target, old);
+    OutputOf([&] {
+        EXPECT_EQ(-ECANCELED,
+                  CopyFileWithProgressEx(source.c_str(), target.c_str(), nullptr, 10, 0));
+    });
+    EXPECT_TRUE(old == VantorTest::ReadFile(target));
+    EXPECT_EQ(0, CopyFileWithProgressEx(source.c_str(), target.c_str(), nullptr, 10, 0));
+
+    // A copy that is still running keeps its file, and the second copy is refused.
+    Write(target, old);
+    Write(part, "in progress");
+    const int held = open(part.c_str(), O_RDONLY);
+    ASSERT_EQ(0, flock(held, LOCK_EX));
+    EXPECT_EQ("Cannot open output file " + target + ": " + std::strerror(EBUSY) + "\n",
+              OutputOf([&] {
+                  EXPECT_EQ(-EBUSY,
+                            CopyFileWithProgressEx(source.c_str(), target.c_str(), nullptr, 10, 0));
+              }));
+    close(held);
+    EXPECT_EQ("in progress", VantorTest::ReadFile(part));
+    EXPECT_TRUE(old == VantorTest::ReadFile(target));
 }

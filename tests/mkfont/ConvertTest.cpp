@@ -36,6 +36,12 @@ TEST_F(Mkfont, EveryInputKindConvertsBitForBit) {
         {"small.psfu.gz --codes 65,164,233", {65, 0xE9}, {65, 0xE9}, 0, ""},
         {"small.psfu --codepage ISO-8859-15 --codes 65,164", {65, 0xA4}, {65, 0x20AC}, 0, ""},
         {"small.psfu.gz --codepage cp437", {65, 0x82, 0xB0}, {65, 0xE9, 0x2591}, 0, ""},
+        // Unicode: a code is its character, up to U+10FFFF, ranges by name too.
+        {"small.psfu --codepage Unicode --codes 65,latin1,0x2591",
+         {65, 0xE9, 0x2591},
+         {65, 0xE9, 0x2591},
+         0,
+         ""},
         // Console fonts without a table go by glyph position; glyph 0 gets no code.
         {"plain.psf --codepage CP437", {1, 2}, {8, 9}, 0, "codes are glyph positions"},
         {"old.psf.gz --codes 1-255", all, all, 0, ""},
@@ -71,6 +77,14 @@ TEST_F(Mkfont, OutlinesFitTheCellOrAreRefused) {
     EXPECT_GT(lowestInk('A'), 8);               // the baseline is low in the cell
     EXPECT_GT(lowestInk('g'), lowestInk('A'));  // and the descender below it
 
+    // A regular and a bold face made together come out at one size in one cell, though
+    // the bold one alone fits only a smaller size.
+    const ShellRun pair = Tool(dejavu + "DejaVuSansMono.ttf --size 12x24 -o " + Path("r.tf") +
+                               " --bold " + dejavu + "DejaVuSansMono-Bold.ttf " + Path("b.tf"));
+    const size_t first = pair.output.find("drawn at "), last = pair.output.rfind("drawn at ");
+    ASSERT_LT(first, last) << pair.output;
+    EXPECT_EQ(pair.output.substr(first, 12), pair.output.substr(last, 12)) << pair.output;
+
     const std::string sans = dejavu + "DejaVuSans.ttf ";
     EXPECT_NE(npos, Tool(sans + "--size 16 -o " + Path("a.tf")).output.find("proportional"));
     EXPECT_NE(npos, Tool(sans + "--size 8x16 -o " + Path("b.tf")).output.find("wider than"));
@@ -103,6 +117,7 @@ TEST_F(Mkfont, BadInputIsRefusedAndLeavesTheFilesAsTheyWere) {
         {Path("missing.bdf") + out, "cannot read font file"},
         {Path("small.bdf") + " --codepage KOI9" + out, "unknown code page"},
         {Path("small.bdf") + " --codes 0-300" + out, "bad code list"},
+        {Path("small.bdf") + " --codes greek" + out, "give --codepage Unicode"},
         {Path("small.bdf") + " --size 9" + out, "no 9-pixel size"},
         {Path("small.bdf"), "-o OUTPUT.tf"},
         {Path("small.bdf") + " --codes 66" + out, "none of the asked codes"},

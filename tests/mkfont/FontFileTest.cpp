@@ -15,14 +15,16 @@ int Ink(const unsigned char* bits, int size) {
     return ink;
 }
 
-TEST(DefaultFonts, RegularAndBoldHoldLatin1InTheConfiguredCell) {
+// Latin-1, Polish, Greek, Russian, the pictures menus are drawn with and the stand-in
+// for a missing character.
+TEST(DefaultFonts, RegularAndBoldHoldEuropesLettersInTheConfiguredCell) {
     Vantor::CBitmapFont regular(kRegular.c_str()), bold(kBold.c_str());
     const int w = regular.header.glyphWidth, cell = w * VANTOR_FONT_SIZE;
     EXPECT_EQ(VANTOR_FONT_SIZE, regular.header.glyphHeight);
     EXPECT_EQ(w, bold.header.glyphWidth);
     EXPECT_EQ(VANTOR_FONT_SIZE, bold.header.glyphHeight);
     for (const Vantor::CBitmapFont* font : {&regular, &bold}) {
-        for (int code : {int('A'), int('g'), 0xE9}) {
+        for (int code : {int('A'), int('g'), 0xE9, 0x142, 0x3A9, 0x416, 0x2193, 0x253C, 0xFFFD}) {
             const unsigned char* bits = font->getGlyphFromCode(code);
             ASSERT_NE(nullptr, bits) << font->pFileName << " " << code;
             EXPECT_GT(Ink(bits, cell), 8) << font->pFileName << " " << code;

@@ -43,11 +43,40 @@ TEST(Simulator, IsOneSessionForAllTheProcessesOfAScript) {
                  " text --fg FF0000 --bg FF0000 X; " + vantor + " key; " + vantor + " key'");
     ASSERT_EQ(0, run.status) << run.output;
     EXPECT_NE(std::string::npos, run.output.find("ok\nselect\n")) << run.output;
-    EXPECT_NE(std::string::npos, run.output.find("1 screenshots"));
+    EXPECT_NE(std::string::npos, run.output.find("1 screenshot in"));
     const Picture shot = ReadPng(shots + "/0001.png");  // at the first key command's wait
     EXPECT_EQ(1600u, shot.width);
     EXPECT_EQ(0xFF0000u, shot.at(1, 1));  // what the text command left
     EXPECT_EQ(0u, shot.at(1599, 959));
+}
+
+// A reused directory holds this run's pictures only, and a screen nothing was drawn on
+// is no picture; the user's own files stay.
+TEST(Simulator, ShotsAreThisRunsAndShowWhatWasDrawn) {
+    const std::string shots = VantorTest::MakeTempDir(), vantor = VANTOR_CLI;
+    const struct {
+        std::string program;
+        const char* says;
+        std::vector<std::string> files;  // in the directory afterwards
+    } cases[] = {
+        {vantor + " key", "0 screenshots in", {"keep.png", "notes.txt"}},
+        {"sh -c '" + vantor + " text X; " + vantor + " key'",
+         "1 screenshot in",
+         {"0001.png", "keep.png", "notes.txt"}},
+    };
+    for (const auto& c : cases) {
+        Shell("cd " + shots + " && touch 0001.png 0002.png 12345.png keep.png notes.txt");
+        const ShellRun run = Simulate("--keys ok --shots " + shots + " -- " + c.program);
+        EXPECT_EQ(0, run.status) << run.output;
+        EXPECT_NE(std::string::npos, run.output.find(c.says)) << run.output;
+        std::string listed;
+        for (const std::string& file : c.files) listed += file + "\n";
+        EXPECT_EQ(listed, Shell("ls " + shots).output) << c.program;
+    }
+    const ShellRun refused = Simulate("--keys ok --shots " + shots + "/notes.txt/x -- true");
+    EXPECT_EQ(2, refused.status);
+    EXPECT_NE(std::string::npos, refused.output.find("notes.txt/x: Not a directory"))
+        << refused.output;
 }
 
 // On a terminal (a pseudo-terminal from script(1) here) typed keys reach the program
@@ -123,4 +152,32 @@ TEST(Simulator, RunsTheDemoFromAnInstalledTreeMovedAnywhere) {
               " --shots " + shots + " --keys '" + kDemoKeys + "' -- " VANTOR_DEMO);
     ASSERT_EQ(0, demo.status) << demo.output;
     EXPECT_NE(std::string::npos, demo.output.find("14 screenshots in " + shots)) << demo.output;
+}
+
+// On a DRM card (and no framebuffer device at all) the demo and the installer script
+// run as they do on a framebuffer device, with the same pictures at the same moments;
+// the installer's commands find the card by themselves.
+TEST(Simulator, ShowsTheSamePicturesOnADrmCard) {
+    const std::string work = VantorTest::MakeTempDir(), cli = VANTOR_CLI;
+    ASSERT_EQ(0, Shell("head -c 100000 /dev/urandom > " + work + "/fw.img").status);
+    const struct {
+        std::string keys, program, drmProgram;
+    } cases[] = {
+        {kDemoKeys, VANTOR_DEMO, VANTOR_DEMO " /dev/dri/card0"},
+        {"down,ok,up,ok,ok", "sh " VANTOR_INSTALLER " " + work + "/fw.img " + work + "/slot-", ""},
+    };
+    for (const auto& c : cases) {
+        std::vector<std::string> shots;
+        for (const char* drm : {"", "--drm"}) {
+            shots.push_back(VantorTest::MakeTempDir());
+            const std::string program = *drm && !c.drmProgram.empty() ? c.drmProgram : c.program;
+            const ShellRun run =
+                Shell("PATH=" + cli.substr(0, cli.rfind('/')) + ":$PATH " + VANTOR_SIM + " " + drm +
+                      " --shots " + shots.back() + " --keys '" + c.keys + "' -- " + program);
+            ASSERT_EQ(0, run.status) << program << drm << run.output;
+        }
+        const ShellRun diff = Shell("diff -r " + shots[0] + " " + shots[1] + " && ls " + shots[0]);
+        EXPECT_EQ(0, diff.status) << c.program << diff.output;
+        EXPECT_NE(std::string::npos, diff.output.find("0004.png")) << c.program;
+    }
 }

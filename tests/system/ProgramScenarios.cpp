@@ -1,6 +1,7 @@
 // Programs as a device runs them: their own processes, the real framebuffer, and keys
 // pressed through the real input device once the program has opened it.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <fstream>
@@ -10,6 +11,12 @@
 #include "SystemSupport.h"
 
 namespace {
+
+// The display the demo is given: the framebuffer device, or the DRM card in a boot
+// without fbdev emulation.
+const char* Display() {
+    return access("/dev/fb0", F_OK) == 0 ? "/dev/fb0" : "/dev/dri/card0";
+}
 
 std::string Slurp(const std::string& path) {
     std::ostringstream bytes;
@@ -21,7 +28,7 @@ std::string Slurp(const std::string& path) {
 
 // Install (confirm with Yes), acknowledge, device information, reboot (Yes).
 TEST(RealDevices, DemoRunsToItsEndWithKeysFromTheDevice) {
-    EXPECT_EQ(0, RunWithKeys("demo.log", {VANTOR_DEMO, "/dev/fb0", "800x480"},
+    EXPECT_EQ(0, RunWithKeys("demo.log", {VANTOR_DEMO, Display(), "800x480"},
                              {{50, 6, 50, 50, 7, 50, 50, 7, 7, 50, 6, 50}}))
         << "see demo.log";
 }

@@ -29,19 +29,89 @@ step() {
 # The fixed screen drawn on device $1 and read back as $2.ppm by fbcat, which decodes the
 # memory by the layout the driver declares; $3, if given, turns it by that many degrees.
 read_screen() {
-    step "screen-$2" "$SCREEN" "$1" $3
+    step "screen-$2" "$SCREEN" "$1" ${3:+turn=$3}
     /host/usr/bin/fbcat "$1" > "/results/$2.ppm"
 }
 
-# QEMU's own picture of the bochs display, which the runner takes when asked. No console
-# took that display over, so only the library's own pan can have made it show.
+# QEMU's own picture of a display, which the runner takes when asked: $1.ppm of QEMU's
+# device $2 (by default scanout.ppm of the first display). In the fbdev boots no console
+# took the bochs display over, so only the library's own pan can have made it show.
 screendump() {
     sleep 1  # the DRM layer copies written pages to the display after a short delay
-    touch /results/screendump-wanted
+    rm -f /results/screendump-done
+    # Written aside and renamed, so the runner never reads a request half written.
+    echo "${1:-} ${2:-}" > /results/screendump-request
+    mv /results/screendump-request /results/screendump-wanted
     for tick in $(seq 100); do
         [ -f /results/screendump-done ] && return
         usleep 100000
     done
+}
+
+# Like load, but module $2 of list $1 gets the remaining arguments, and modules already
+# loaded (by an earlier list) are left alone.
+load_giving() {
+    list=$1
+    target=$2
+    shift 2
+    for module in $(cat "$list"); do
+        name=$(echo "${module%.ko}" | tr - _)
+        [ -d "/sys/module/$name" ] && continue
+        if [ "${module%.ko}" = "$target" ]; then insmod "/modules/$module" "$@"
+        else insmod "/modules/$module"; fi || echo "cannot load $module"
+    done
+}
+
+# The fixed screen on DRM card $1, held while QEMU's device $3 is dumped as $2.ppm and
+# the command $4 (if any) runs, given the card.
+held_screen() {
+    rm -f /tmp/release
+    "$SCREEN" "$1" /tmp/release > "/results/screen-$2.log" 2>&1 &
+    holder=$!
+    for tick in $(seq 300); do
+        grep -q held "/results/screen-$2.log" && break
+        usleep 100000
+    done
+    screendump "$2" "$3"
+    [ -z "${4:-}" ] || "$4" "$1"
+    touch /tmp/release
+    wait "$holder"
+    echo $? > "/results/screen-$2.status"
+}
+
+# A second program on the card while the first holds it: refused with the line, at once.
+second_opener() {
+    timeout 30 "$SCREEN" "$1" > /results/second-opener.log 2>&1
+    refused=$?
+    grep -q "another program owns the display" /results/second-opener.log && [ "$refused" = 1 ]
+    echo $? > /results/second-opener.status
+}
+
+# The card opened here too, so closing the program's descriptor is not the last close,
+# at which the kernel would put its console back by itself.
+keep_card_open() {
+    exec 3< "$1"
+}
+
+# The DRM boot. bochs first without fbdev emulation: no /dev/fb0 at all, and the demo
+# and the installer find the card. Then bochs with the console on it, which must come
+# back after the program; then virtio-gpu, which shows only what it is told changed.
+drm_steps() {
+    load_giving /modules/bochs.order drm_kms_helper fbdev_emulation=0
+    step no-fbdev sh -c '! ls /dev/fb* 2> /dev/null && ls /dev/dri/card0'
+    step programs "$PROGRAM" --gtest_filter='RealDevices.*'
+    held_screen /dev/dri/card0 bochs-drm bochs second_opener
+    rmmod bochs
+    echo Y > /sys/module/drm_kms_helper/parameters/fbdev_emulation
+    insmod /modules/bochs.ko
+    printf '\033[2J\033[HThe console of the DRM boot\n' > /dev/tty1
+    screendump console-before bochs
+    held_screen /dev/dri/card0 bochs-console bochs keep_card_open
+    screendump console-after bochs
+    exec 3<&-
+    echo N > /sys/module/drm_kms_helper/parameters/fbdev_emulation
+    load_giving /modules/virtio-gpu.order none
+    held_screen /dev/dri/card1 virtio
 }
 
 mkdir -p /proc /sys /dev /tmp /host /results /etc /usr/share/fonts/vantor
@@ -61,6 +131,14 @@ cp "$FONTS/lr.tf" "$FONTS/lb.tf" /usr/share/fonts/vantor/
 # vfb at 800x480x32 as fb0 (the "M" makes it compute the timings, without it the mode
 # falls back to 640x480), the bochs display as fb1. The console lets go of both, or its
 # cursor would draw over what is read back.
+# The runner reads "uptime" last: without it the guest stopped early.
+power_off() {
+    echo "kernel reached /init at $started s, done at $(cut -d' ' -f1 /proc/uptime) s" > /results/uptime
+    sync
+    poweroff -f
+}
+
+[ -n "${DRM:-}" ] && { drm_steps; power_off; }
 load /modules/vfb.order vfb_enable=1 videomemorysize=1536000 mode_option=800x480M-32
 load /modules/bochs.order
 for console in /sys/class/vtconsole/vtcon*/bind; do echo 0 > "$console"; done
@@ -71,6 +149,16 @@ step programs "$PROGRAM" --gtest_filter='RealDevices.*'
 step console "$PROGRAM" --gtest_filter='RealConsole.*'
 # Last, so that its two devices do not move the programs' input numbers.
 step buttons-and-keypad "$PROGRAM" --gtest_filter='ButtonsAndKeypad.*'
+# Copies interrupted by signals on the two disks: vfat keeps one temporary file at most,
+# ext4 none at all; the display is left alone (no /dev/fb9).
+if [ -n "$COPIER" ]; then
+    load /modules/disks.order
+    mkdir -p /mnt/vfat /mnt/ext4
+    mount -t vfat /dev/vda /mnt/vfat && mount -t ext4 /dev/vdb /mnt/ext4
+    step copy-vfat sh /copy-scenarios.sh "$COPIER" /mnt/vfat named
+    step copy-ext4 sh /copy-scenarios.sh "$COPIER" /mnt/ext4 unnamed
+    umount /mnt/vfat /mnt/ext4
+fi
 if [ -n "$SCREEN" ]; then
     read_screen /dev/fb0 vfb
     read_screen /dev/fb0 vfb-90 90
@@ -86,7 +174,7 @@ if [ -n "$SCREEN" ]; then
     for console in /sys/class/vtconsole/vtcon*; do
         grep -q "frame buffer" "$console/name" && echo 1 > "$console/bind"
     done
-    "$SCREEN" /dev/fb0 0 hold > /results/console-hold.log 2>&1 &
+    "$SCREEN" /dev/fb0 hold > /results/console-hold.log 2>&1 &
     sleep 1
     echo "a getty would write here" > /dev/tty1
     echo "<3>vantor: a kernel message" > /dev/kmsg
@@ -106,6 +194,4 @@ if [ -n "$SCREEN" ]; then
     echo "after the script" > /dev/tty1
     /host/usr/bin/fbcat /dev/fb0 > /results/script-3.ppm
 fi
-echo "kernel reached /init at $started s, done at $(cut -d' ' -f1 /proc/uptime) s" > /results/uptime
-sync
-poweroff -f
+power_off

@@ -1,9 +1,13 @@
 /* Draws one fixed screen with every kind of drawing the library does and leaves it
  * there, so the same screen can be read from a real framebuffer and from the simulator
- * and compared pixel for pixel. A second argument turns the picture on the panel by
- * that many degrees; a third, "hold", keeps the kernel console off the picture and the
- * program running for three seconds after drawing. */
+ * and compared pixel for pixel. Words after the device: "turn=DEG" turns the picture on
+ * the panel; "hold" keeps the kernel console off the picture and the program running
+ * for three seconds after drawing; any other word is a release file: a DRM card shows
+ * the screen only while the program runs, so it says "held" and keeps the card until
+ * that file exists.
+ *   vantor_system_screen [DEVICE [turn=DEG] [hold] [RELEASE-FILE]] */
 #include <stddef.h>
+#include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
 #include <unistd.h>
@@ -11,9 +15,19 @@
 
 int main(int argc, char** argv) {
     const char* device = argc > 1 ? argv[1] : "/dev/fb0";
+    const char* release = NULL;
+    int turn = 0, hold = 0;
+    for (int i = 2; i < argc; ++i) {
+        if (strncmp(argv[i], "turn=", 5) == 0) {
+            turn = atoi(argv[i] + 5);
+        } else if (strcmp(argv[i], "hold") == 0) {
+            hold = 1;
+        } else {
+            release = argv[i];
+        }
+    }
     if (InitFramebuffer(device) == NULL) return 1;
-    if (argc > 2 && setRotation(atoi(argv[2])) != 0) return 2;
-    const int hold = argc > 3 && strcmp(argv[3], "hold") == 0;
+    if (setRotation(turn) != 0) return 2;
     if (hold && setConsoleGraphics(VANTOR_CONSOLE_OFF) != 0) return 3;
     int width = 800, height = 480;
     getScreenSize(&width, &height); /* the whole screen, turned or not */
@@ -30,5 +44,10 @@ int main(int argc, char** argv) {
     InitProgress(40, 300, 320, 70);
     ShowProgress("Forty-two percent", eAlignLeft, 42.0f);
     if (hold) sleep(3);
+    if (release != NULL) {
+        puts("held");
+        fflush(stdout);
+        while (access(release, F_OK) != 0) usleep(50000);
+    }
     return 0;
 }

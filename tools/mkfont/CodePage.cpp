@@ -44,7 +44,7 @@ std::string Canonical(std::string name) {
 }  // namespace
 
 std::vector<std::string> CodePage::Names() {
-    return {"ISO-8859-1", "ISO-8859-15", "CP437"};
+    return {"ISO-8859-1", "ISO-8859-15", "CP437", "Unicode"};
 }
 
 CodePage CodePage::Named(const std::string& name) {
@@ -52,6 +52,10 @@ CodePage CodePage::Named(const std::string& name) {
     CodePage page;
     for (int code = 0; code < 256; ++code) page.table[code] = uint32_t(code);
     if (key == "iso88591" || key == "latin1") return page;
+    if (key == "unicode") {
+        page.unicode = true;
+        return page;
+    }
     if (key == "iso885915" || key == "latin9") {
         for (const auto& pair : kLatin9) page.table[pair[0]] = pair[1];
         return page;
@@ -62,7 +66,8 @@ CodePage CodePage::Named(const std::string& name) {
         for (int code = 0; code < 128; ++code) page.table[0x80 + code] = kCp437High[code];
         return page;
     }
-    throw Refusal("unknown code page \"" + name + "\" (known: ISO-8859-1, ISO-8859-15, CP437)");
+    throw Refusal("unknown code page \"" + name +
+                  "\" (known: ISO-8859-1, ISO-8859-15, CP437, Unicode)");
 }
 
 }  // namespace VantorFont

@@ -23,11 +23,19 @@ const char kUsage[] =
     "  -o, --output PATH    the font file to write; written under a temporary name in the\n"
     "                       same directory and renamed at the end, so it is whole or absent\n"
     "  --codes LIST         codes to include, ranges and single codes, decimal or 0x hex,\n"
-    "                       1 to 255 (default 1-255), e.g. --codes 32-126,160-255\n"
-    "  --codepage NAME      the 8-bit code page saying which character each code is:\n"
+    "                       1 to 255 (default 1-255), e.g. --codes 32-126,160-255; with\n"
+    "                       --codepage Unicode up to 0x10FFFF, and named ranges: ascii,\n"
+    "                       latin1, latin-ext-a, greek, cyrillic, arrows, box, blocks,\n"
+    "                       shapes, replacement (U+FFFD)\n"
+    "  --codepage NAME      the code page saying which character each code is:\n"
     "                       ISO-8859-1 (default, also latin1), ISO-8859-15 (latin9),\n"
-    "                       CP437 (ibm437). A console font without a Unicode table and a\n"
-    "                       bitmap font without a Unicode map are taken by their own codes.\n"
+    "                       CP437 (ibm437), or Unicode: every code is that character, as\n"
+    "                       the library looks up UTF-8 text. A console font without a\n"
+    "                       Unicode table and a bitmap font without a Unicode map are\n"
+    "                       taken by their own codes.\n"
+    "  --bold SOURCE PATH   also convert SOURCE, the family's bold face, into PATH, in the\n"
+    "                       same cell and drawn at the same size as the regular face (for\n"
+    "                       outlines the larger size at which both fit)\n"
     "  --size WxH | H       the cell in pixels. Outline fonts need it: they are drawn at the\n"
     "                       largest size whose line fits H rows (and, for fixed-width fonts,\n"
     "                       whose advance fits W columns); W defaults to the font's advance.\n"
@@ -48,8 +56,11 @@ const char kUsage[] =
     "\n"
     "examples:\n"
     "  vantor-mkfont /usr/share/fonts/X11/misc/ter-u16n_unicode.pcf.gz -o lr.tf\n"
-    "  vantor-mkfont DejaVuSansMono.ttf --size 12x24 --codes 32-126,160-255 -o lr.tf\n"
+    "  vantor-mkfont DejaVuSansMono.ttf --size 12x24 --codes 32-126,160-255 -o lr.tf \\\n"
+    "      --bold DejaVuSansMono-Bold.ttf lb.tf\n"
     "  vantor-mkfont Lat15-Terminus16.psf.gz --codepage ISO-8859-15 -o lr.tf\n"
+    "  vantor-mkfont ter-u16n_unicode.pcf.gz --codepage Unicode \\\n"
+    "      --codes 1-255,latin-ext-a,greek,cyrillic,arrows,box,replacement -o lr.tf\n"
     "  vantor-mkfont --show lr.tf 65,0xE9\n";
 
 int ParseInt(const std::string& text, const std::string& what, int low, int high) {
@@ -88,6 +99,9 @@ void CommandLine::Take(const std::string& option, int& i, int argc, const char* 
     };
     if (option == "-o" || option == "--output") {
         output = value();
+    } else if (option == "--bold") {
+        boldSource = value();
+        boldOutput = value();
     } else if (option == "--codes") {
         codes = value();
     } else if (option == "--codepage") {
@@ -128,6 +142,9 @@ void CommandLine::ParseSize(const std::string& text) {
 void CommandLine::Check() const {
     if (mode == Mode::Convert && (source.empty() || output.empty())) {
         throw Refusal("give a source font and -o OUTPUT.tf (see --help)");
+    }
+    if (mode != Mode::Convert && !boldSource.empty()) {
+        throw Refusal("--bold goes with a conversion, not with --show or --sheet");
     }
     if ((mode == Mode::Show || mode == Mode::Sheet) && !source.empty()) {
         throw Refusal("--show and --sheet read a .tf file and take no source font");

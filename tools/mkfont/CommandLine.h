@@ -16,6 +16,8 @@ class CommandLine {
     Mode mode = Mode::Convert;
     std::string source;
     std::string output;
+    std::string boldSource;  // --bold: the family's bold face, made in the same run
+    std::string boldOutput;
     std::string codes = "1-255";
     std::string codePage = "ISO-8859-1";
     int width = 0;  // 0: the font's own

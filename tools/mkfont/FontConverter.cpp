@@ -1,5 +1,6 @@
 #include "FontConverter.h"
 
+#include <algorithm>
 #include <cstdio>
 
 #include "CellPlacer.h"
@@ -12,27 +13,64 @@ namespace VantorFont {
 
 // The cheap checks of what the user typed come before the font is read.
 FontConverter::FontConverter(const CommandLine& line)
+    : FontConverter(line, line.source, line.output) {}
+
+FontConverter::FontConverter(const CommandLine& line, const std::string& from,
+                             const std::string& to)
     : line(line),
+      output(to),
       page(CodePage::Named(line.codePage)),
-      codes(CodeList::Parse(line.codes)),
-      source(Open(line)) {}
+      codes(CodeList::Parse(line.codes, page.HighestCode())),
+      source(Open(line, from)) {}
 
 // FreeType has no reader for console fonts, so those are recognised by their magic first.
-std::unique_ptr<GlyphSource> FontConverter::Open(const CommandLine& line) {
-    if (PsfReader::LooksLikePsf(line.source)) {
+std::unique_ptr<GlyphSource> FontConverter::Open(const CommandLine& line, const std::string& from) {
+    if (PsfReader::LooksLikePsf(from)) {
         if (line.width > 0 || line.height > 0) {
             throw Refusal("a console font is converted as drawn: --size does not apply");
         }
-        return std::unique_ptr<GlyphSource>(new PsfReader(line.source));
+        return std::unique_ptr<GlyphSource>(new PsfReader(from));
     }
-    return std::unique_ptr<GlyphSource>(new FreeTypeReader(line.source, line.width, line.height));
+    return std::unique_ptr<GlyphSource>(new FreeTypeReader(from, line.width, line.height));
 }
 
 std::string FontConverter::Run() {
+    Prepare();
     LoadInks();
-    const GlyphSet set = Place(CellWidth());
-    FontFileWriter(line.output).Write(set);
-    std::string summary = line.output + ": " + std::to_string(set.Count()) + " glyphs of " +
+    return Write(CellWidth());
+}
+
+// Each face alone would be drawn at the largest size it fits; the bold one, being wider,
+// often fits one size less, and would then look smaller than the regular face beside it.
+std::string FontConverter::RunFamily(const CommandLine& line) {
+    if (line.boldSource.empty()) return FontConverter(line).Run();
+    FontConverter regular(line), bold(line, line.boldSource, line.boldOutput);
+    regular.Prepare();
+    bold.Prepare();
+    const int pixels = std::min(regular.source->PixelsPerEm(), bold.source->PixelsPerEm());
+    regular.source->UsePixelsPerEm(pixels);
+    bold.source->UsePixelsPerEm(pixels);
+    if (regular.source->Height() != bold.source->Height()) {
+        throw Refusal("the regular and bold fonts come in different heights (" +
+                      std::to_string(regular.source->Height()) + " and " +
+                      std::to_string(bold.source->Height()) + "): give --size");
+    }
+    regular.LoadInks();
+    bold.LoadInks();
+    const int width = std::max(regular.CellWidth(), bold.CellWidth());
+    return regular.Write(width) + "\n" + bold.Write(width);
+}
+
+void FontConverter::Prepare() {
+    std::vector<uint32_t> keys;
+    for (int code : codes) keys.push_back(Key(code));
+    source->Prepare(keys);
+}
+
+std::string FontConverter::Write(int width) {
+    const GlyphSet set = Place(width);
+    FontFileWriter(output).Write(set);
+    std::string summary = output + ": " + std::to_string(set.Count()) + " glyphs of " +
                           std::to_string(set.Width()) + "x" + std::to_string(set.Height()) +
                           " pixels";
     if (missing > 0) {
@@ -45,9 +83,6 @@ std::string FontConverter::Run() {
 }
 
 void FontConverter::LoadInks() {
-    std::vector<uint32_t> keys;
-    for (int code : codes) keys.push_back(Key(code));
-    source->Prepare(keys);
     for (int code : codes) {
         Ink ink;
         if (source->Load(Key(code), ink)) {

@@ -85,9 +85,22 @@ void FreeTypeReader::Prepare(const std::vector<uint32_t>& keys) {
     if (pixelsPerEm == 0) {
         throw Refusal("the font does not fit the cell at any size");
     }
+    CentreLine();
+}
+
+void FreeTypeReader::UsePixelsPerEm(int pixels) {
+    if (!FT_IS_SCALABLE(face) || pixels <= 0 || pixels == pixelsPerEm) return;
+    if (FT_Set_Pixel_Sizes(face, 0, FT_UInt(pixels)) != 0) {
+        throw Refusal("cannot draw the font at " + std::to_string(pixels) + " pixels per em");
+    }
+    pixelsPerEm = pixels;
+    CentreLine();
+}
+
+void FreeTypeReader::CentreLine() {
     const FT_Size_Metrics& metrics = face->size->metrics;
     const int line = Ceil(metrics.ascender) + Ceil(-metrics.descender);
-    baseline = Ceil(metrics.ascender) + (cellHeight - line) / 2;  // the line centred
+    baseline = Ceil(metrics.ascender) + (cellHeight - line) / 2;
 }
 
 bool FreeTypeReader::Fits(const std::vector<uint32_t>& keys) const {

@@ -26,6 +26,8 @@ class FreeTypeReader : public GlyphSource {
     int Advance() const override;
     bool HasUnicode() const override { return unicode; }
     void Prepare(const std::vector<uint32_t>& keys) override;
+    int PixelsPerEm() const override { return pixelsPerEm; }
+    void UsePixelsPerEm(int pixels) override;
     bool Load(uint32_t key, Ink& ink) override;
     std::vector<std::string> Notes() const override;
 
@@ -35,6 +37,7 @@ class FreeTypeReader : public GlyphSource {
     bool Fits(const std::vector<uint32_t>& keys) const;
     int WidestInk(const std::vector<uint32_t>& keys) const;
     void Render(FT_UInt index) const;
+    void CentreLine();
 
     FT_Library library = nullptr;
     FT_Face face = nullptr;

@@ -22,6 +22,10 @@ class GlyphSource {
     // Every key the conversion will load, given once before the first Load: an outline
     // font picks its drawing size so that those glyphs fit.
     virtual void Prepare(const std::vector<uint32_t>& keys) { (void)keys; }
+    // The size outlines are drawn at after Prepare, in pixels per em (0: a bitmap font),
+    // and a smaller one to draw at instead, so that two faces of a family match.
+    virtual int PixelsPerEm() const { return 0; }
+    virtual void UsePixelsPerEm(int pixels) { (void)pixels; }
     // The glyph for a key; false if the font lacks it.
     virtual bool Load(uint32_t key, Ink& ink) = 0;
     // What the user should know about the conversion beyond the glyph counts.

@@ -1,8 +1,10 @@
 // vantor-mkfont: makes the library's font files from bitmap, outline and console fonts,
 // and shows what a font file holds.
+#include <algorithm>
 #include <cstdio>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "CodeList.h"
 #include "CommandLine.h"
@@ -28,11 +30,10 @@ void Show(const CommandLine& line) {
     const auto font = Load(line.font);
     const TextArt art(*font);
     std::printf("%s: %s", line.font.c_str(), art.Header().c_str());
-    const bool all = line.showCodes.empty();
-    for (int code : CodeList::Parse(all ? "1-255" : line.showCodes)) {
-        if (all && font->getGlyphFromCode(code) == nullptr) continue;
-        std::printf("\n%s", art.Glyph(code).c_str());
-    }
+    std::vector<int> codes(font->pGlyphCodes, font->pGlyphCodes + font->header.glyphCount);
+    std::sort(codes.begin(), codes.end());
+    if (!line.showCodes.empty()) codes = CodeList::Parse(line.showCodes, 0x10FFFF);
+    for (int code : codes) std::printf("\n%s", art.Glyph(code).c_str());
 }
 
 void Sheet(const CommandLine& line) {
@@ -58,7 +59,7 @@ int main(int argc, char** argv) {
                 Sheet(line);
                 break;
             case CommandLine::Mode::Convert:
-                std::printf("%s\n", FontConverter(line).Run().c_str());
+                std::printf("%s\n", FontConverter::RunFamily(line).c_str());
                 break;
         }
         return 0;

@@ -76,6 +76,27 @@ VP_API int vp_fb_pan_count(const char* path) {
     return path ? System().Count(path, &FramebufferDevice::panCount) : -1;
 }
 
+VP_API int vp_drm_add(const char* path, const vp_drm_card* card) {
+    if (!IsAbsolute(path) || card == nullptr) return -1;
+    return System().AddCard(path, *card);
+}
+
+VP_API int vp_drm_connect(const char* path, int connected) {
+    return path ? System().ConnectCard(path, connected != 0) : -1;
+}
+
+VP_API int vp_drm_master_elsewhere(const char* path, int held) {
+    return path ? System().SetMasterElsewhere(path, held != 0) : -1;
+}
+
+VP_API uint32_t* vp_drm_pixels(const char* path) {
+    return path ? System().CardPixels(path) : nullptr;
+}
+
+VP_API int vp_drm_read_state(const char* path, vp_drm_state* state) {
+    return path && state ? System().CardState(path, *state) : -1;
+}
+
 VP_API int vp_file_add(const char* path, const void* data, size_t size) {
     if (!IsAbsolute(path) || (data == nullptr && size > 0)) return -1;
     return System().AddFile(path, data, size);

@@ -52,6 +52,13 @@ bool InputDevice::MakeNode(const std::string& realPath, bool shared) {
     }
     // Non-blocking: a full FIFO refuses a record instead of hanging the test.
     writer = RealCalls::Open(realPath.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC, 0);
+    // A program started with a standard stream closed must find it still closed: the
+    // layer's own descriptor may not take its number.
+    if (writer >= 0 && writer <= STDERR_FILENO) {
+        const int moved = fcntl(writer, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+        close(writer);
+        writer = moved;
+    }
     return writer >= 0;
 }
 

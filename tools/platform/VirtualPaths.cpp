@@ -7,7 +7,7 @@ namespace VantorPlatform {
 namespace {
 
 // Directories the library reaches, whole: the directory itself and all below it.
-const char* const kVirtualDirectories[] = {"/dev/input", "/sys/class/input",
+const char* const kVirtualDirectories[] = {"/dev/dri", "/dev/input", "/sys/class/input",
                                            "/usr/share/fonts/vantor"};
 // Framebuffer devices are siblings of real devices in /dev, so only their names are ours.
 const char kFramebufferPrefix[] = "/dev/fb";

@@ -66,6 +66,7 @@ void VirtualSystem::Reset() {
     Lock lock(mutex);
     inputs.clear();
     framebuffers.clear();
+    cards.clear();
     table.Clear();
     paths.Clear();
     root.Clear();
@@ -110,6 +111,49 @@ int VirtualSystem::Count(const char* path, int FramebufferDevice::*counter) {
     Lock lock(mutex);
     FramebufferDevice* device = Framebuffer(path);
     return device ? device->*counter : -1;
+}
+
+int VirtualSystem::AddCard(const char* path, const vp_drm_card& card) {
+    Lock lock(mutex);
+    std::string real;
+    if (!DrmCardDevice::IsValid(card) || !Redirect(path, real)) return -1;
+    cards.erase(path);
+    table.ForgetFramebuffer(path);
+    root.MakeParents(real);
+    auto device = std::make_unique<DrmCardDevice>();
+    if (!device->Create(real, card, root.IsShared())) return -1;
+    cards[path] = std::move(device);
+    return 0;
+}
+
+int VirtualSystem::ConnectCard(const char* path, bool connected) {
+    Lock lock(mutex);
+    DrmCardDevice* device = Card(path);
+    if (device == nullptr) return -1;
+    device->SetConnected(connected);
+    return 0;
+}
+
+int VirtualSystem::SetMasterElsewhere(const char* path, bool held) {
+    Lock lock(mutex);
+    DrmCardDevice* device = Card(path);
+    if (device == nullptr) return -1;
+    device->SetMasterElsewhere(held);
+    return 0;
+}
+
+uint32_t* VirtualSystem::CardPixels(const char* path) {
+    Lock lock(mutex);
+    DrmCardDevice* device = Card(path);
+    return device ? device->Pixels() : nullptr;
+}
+
+int VirtualSystem::CardState(const char* path, vp_drm_state& state) {
+    Lock lock(mutex);
+    DrmCardDevice* device = Card(path);
+    if (device == nullptr) return -1;
+    device->State(state);
+    return 0;
 }
 
 int VirtualSystem::AddFile(const char* path, const void* data, size_t size) {
@@ -287,6 +331,8 @@ void VirtualSystem::Opened(const char* path, int fd) {
     table.Remove(fd);  // whatever that number was before, it is this file now
     if (FramebufferDevice* device = Framebuffer(path)) {
         if (table.Add(fd, path, -1)) ++device->openCount;
+    } else if (DrmCardDevice* card = Card(path)) {
+        if (table.Add(fd, path, -1)) card->Opened(fd);
     } else if (InputDevice* device = Input(InputOfNode(path))) {
         if (table.Add(fd, "", InputOfNode(path))) ++device->openCount;
     } else if (std::strcmp(path, VirtualConsole::kPath) == 0) {
@@ -301,6 +347,8 @@ void VirtualSystem::Closing(int fd) {
     if (FramebufferDevice* device = Framebuffer(entry->framebuffer)) {
         --device->openCount;
         ++device->closeCount;
+    } else if (DrmCardDevice* card = Card(entry->framebuffer)) {
+        card->Closing(fd);
     } else if (InputDevice* device = Input(entry->input)) {
         --device->openCount;
     }
@@ -312,6 +360,10 @@ bool VirtualSystem::AnswerIoctl(int fd, unsigned long request, void* argument, i
     const DescriptorTable::Entry* entry = table.Find(fd);
     if (entry != nullptr && entry->framebuffer == VirtualConsole::kPath) {
         return VirtualConsole::Answer(fd, request, argument, error);
+    }
+    if (DrmCardDevice* card = CardOf(fd)) {
+        error = card->AnswerIoctl(fd, request, argument);
+        return true;
     }
     FramebufferDevice* device = FramebufferOf(fd);
     return device != nullptr && device->AnswerIoctl(request, argument, error);
@@ -472,6 +524,16 @@ FramebufferDevice* VirtualSystem::Framebuffer(const std::string& path) {
 FramebufferDevice* VirtualSystem::FramebufferOf(int fd) {
     const DescriptorTable::Entry* entry = table.Find(fd);
     return entry ? Framebuffer(entry->framebuffer) : nullptr;
+}
+
+DrmCardDevice* VirtualSystem::Card(const std::string& path) {
+    auto found = cards.find(path);
+    return found == cards.end() ? nullptr : found->second.get();
+}
+
+DrmCardDevice* VirtualSystem::CardOf(int fd) {
+    const DescriptorTable::Entry* entry = table.Find(fd);
+    return entry ? Card(entry->framebuffer) : nullptr;
 }
 
 InputDevice* VirtualSystem::Input(int index) {

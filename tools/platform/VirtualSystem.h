@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "DescriptorTable.h"
+#include "DrmCardDevice.h"
 #include "FramebufferDevice.h"
 #include "InputDevice.h"
 #include "PrivateRoot.h"
@@ -34,6 +35,11 @@ class VirtualSystem {
     int SetFailures(const char* path, int failures);
     uint32_t* Pixels(const char* path);
     int Count(const char* path, int FramebufferDevice::*counter);
+    int AddCard(const char* path, const vp_drm_card& card);
+    int ConnectCard(const char* path, bool connected);
+    int SetMasterElsewhere(const char* path, bool held);
+    uint32_t* CardPixels(const char* path);
+    int CardState(const char* path, vp_drm_state& state);
     int AddFile(const char* path, const void* data, size_t size);
     int RemoveFile(const char* path);
     int MapDirectory(const char* virtualDir, const char* hostDir);
@@ -69,6 +75,8 @@ class VirtualSystem {
     void ForgetInput(int index);
     FramebufferDevice* Framebuffer(const std::string& path);
     FramebufferDevice* FramebufferOf(int fd);
+    DrmCardDevice* Card(const std::string& path);
+    DrmCardDevice* CardOf(int fd);
     InputDevice* Input(int index);
     int InputOfNode(const char* path);
     int AddEventEntry(int index, int event);
@@ -88,6 +96,7 @@ class VirtualSystem {
     VirtualPaths paths;
     DescriptorTable table;
     std::map<std::string, std::unique_ptr<FramebufferDevice>> framebuffers;
+    std::map<std::string, std::unique_ptr<DrmCardDevice>> cards;
     std::map<int, std::unique_ptr<InputDevice>> inputs;
     vp_wait_hook waitHook = nullptr;
     void* waitUser = nullptr;

@@ -3,9 +3,9 @@
  *
  * Linked into a test program (before the C library) or preloaded into any program,
  * libvantor-platform.so interposes open, ioctl, mmap, select, poll and friends so that the
- * library finds a framebuffer device, its fonts and input devices that exist only in
+ * library finds a framebuffer device or DRM card, its fonts and input devices that exist only in
  * this process: real files in a private directory that is removed at exit. Paths under
- * /dev/fb, /dev/input/, /sys/class/input/ and /usr/share/fonts/vantor/ are virtual (a
+ * /dev/fb, /dev/dri/, /dev/input/, /sys/class/input/ and /usr/share/fonts/vantor/ are virtual (a
  * path there that was never created is missing, whatever the host has); everything else
  * passes through to the real system unchanged.
  *
@@ -93,6 +93,45 @@ int vp_fb_open_count(const char* path);         /* descriptors open on it right 
 int vp_fb_close_count(const char* path);        /* close calls on its descriptors so far */
 int vp_fb_unmap_count(const char* path);        /* munmap calls on mappings of it so far */
 int vp_fb_pan_count(const char* path);          /* FBIOPAN_DISPLAY requests answered so far */
+
+/* DRM cards (paths under /dev/dri/). A card has one display on a connector of
+ * connector_type (DRM_MODE_CONNECTOR_*, 0 unknown) with two modes: a smaller one listed
+ * first and width x height, the preferred one. Its first CRTC shows the console's
+ * framebuffer in the preferred mode until a program sets its own. Dumb buffers (up to
+ * four at once, rows padded to 64 bytes, black when made) are mapped like the kernel's.
+ * The first descriptor opened on the card is the DRM master until it is closed; a mode
+ * set from any other is refused with EACCES. Requests of other kinds (the fbdev ones)
+ * fail with ENOTTY. */
+typedef struct vp_drm_card {
+    int width, height;
+    int connector_type VP_ZERO;
+    int flags VP_ZERO; /* VP_DRM_* */
+} vp_drm_card;
+
+enum {
+    VP_DRM_NO_DUMB = 1,  /* no dumb buffer capability; CREATE_DUMB fails with ENOSYS */
+    VP_DRM_NO_DIRTY = 2, /* DIRTYFB fails with ENOSYS, as drivers without the hook */
+    VP_DRM_ONLY_16 = 4,  /* preferred depth 16; a 32-bit framebuffer is refused */
+    VP_DRM_EXTERNAL = 8  /* a connected HDMI screen (1024x768) is listed before the display */
+};
+
+/* What the card shows and what was asked of it. */
+typedef struct vp_drm_state {
+    int console_shown;         /* the first CRTC shows the console again, in its mode */
+    int width, height;         /* its mode, 0 x 0 when off */
+    int pitch, bits_per_pixel; /* of the program's buffer it shows, else 0 */
+    int dirty_count;           /* DIRTYFB requests so far */
+    int last_dirty[4];         /* the last one's first rectangle: x, y, width, height */
+    int buffers;               /* dumb buffers not destroyed */
+    int framebuffers;          /* framebuffers added and not removed */
+    int master_held;           /* a descriptor (or another process) is DRM master */
+} vp_drm_state;
+
+int vp_drm_add(const char* path, const vp_drm_card* card);
+int vp_drm_connect(const char* path, int connected);     /* plugs or unplugs the display */
+int vp_drm_master_elsewhere(const char* path, int held); /* another process is master */
+uint32_t* vp_drm_pixels(const char* path); /* the buffer the first CRTC shows, or NULL */
+int vp_drm_read_state(const char* path, vp_drm_state* state);
 
 /* Plain files at virtual paths (created with their parent directories), and whole
  * virtual directories served from a real one (say the build's fonts). */

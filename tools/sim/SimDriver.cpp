@@ -5,9 +5,12 @@
 #include <signal.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cerrno>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <string>
 #include <thread>
 #include <vector>
@@ -24,6 +27,9 @@ namespace VantorSim {
 
 namespace {
 
+const char kDrmCard[] = "/dev/dri/card0";
+const int kConnectorEdp = 14;  // a built-in panel, as DRM numbers connector types
+
 std::string Env(const char* name) {
     const char* value = std::getenv(name);
     return value ? value : "";
@@ -33,6 +39,22 @@ unsigned long long Fingerprint(const uint32_t* pixels, size_t count) {
     unsigned long long hash = 1469598103934665603ull;
     for (size_t i = 0; i < count; ++i) hash = (hash ^ pixels[i]) * 1099511628211ull;
     return hash;
+}
+
+// What the virtual DRM card's first CRTC shows, when it shows one of our buffers
+// (XRGB8888 rows of the card's pitch); empty while the console shows.
+std::vector<uint32_t> ReadDrmPage(const std::string& card, int width, int height) {
+    vp_drm_state state;
+    const uint8_t* memory = reinterpret_cast<const uint8_t*>(vp_drm_pixels(card.c_str()));
+    if (memory == nullptr || vp_drm_read_state(card.c_str(), &state) != 0 ||
+        state.bits_per_pixel != 32 || state.width != width || state.height != height)
+        return {};
+    std::vector<uint32_t> page(size_t(width) * height);
+    for (int y = 0; y < height; ++y) {
+        const uint32_t* row = reinterpret_cast<const uint32_t*>(memory + size_t(y) * state.pitch);
+        for (int x = 0; x < width; ++x) page[size_t(y) * width + x] = row[x] & 0xFFFFFF;
+    }
+    return page;
 }
 
 void Fail(const std::string& message) {
@@ -58,6 +80,7 @@ class Session {
     SessionState state;
     LiveView view;
     std::string device = "/dev/fb0";
+    bool drm = false;
     int width = 800, height = 480, scale = 1;
     std::string shots;
     std::vector<KeyStep> script;
@@ -71,6 +94,8 @@ void Session::Start(const std::string& dir) {
         Fail("bad screen size in VANTOR_SIM_SCREEN");
     }
     if (!Env("VANTOR_SIM_FB").empty()) device = Env("VANTOR_SIM_FB");
+    drm = !Env("VANTOR_SIM_DRM").empty();
+    if (drm) device = kDrmCard;
     scale = std::max(1, std::atoi(Env("VANTOR_SIM_SCALE").c_str()));
     shots = Env("VANTOR_SIM_SHOTS");
     shotOnUpdate = !Env("VANTOR_SIM_SHOT_ON_UPDATE").empty();
@@ -83,7 +108,10 @@ void Session::Start(const std::string& dir) {
     if (!Env("VANTOR_SIM_PANEL").empty() && !Panel::Decode(Env("VANTOR_SIM_PANEL"), panel))
         Fail("bad panel in VANTOR_SIM_PANEL");
     const vp_screen screen = panel.Screen(width, height);
-    if (vp_fb_add(device.c_str(), &screen) != 0) Fail("cannot make the screen " + device);
+    // A DRM card alone, with no framebuffer device beside it, as on boards without fbdev.
+    const vp_drm_card card = {width, height, kConnectorEdp, 0};
+    if (drm ? vp_drm_add(device.c_str(), &card) != 0 : vp_fb_add(device.c_str(), &screen) != 0)
+        Fail("cannot make the screen " + device);
     if (vp_dir_map("/usr/share/fonts/vantor", Env("VANTOR_SIM_FONTS").c_str()) != 0) {
         Fail("cannot use the fonts in " + Env("VANTOR_SIM_FONTS"));
     }
@@ -99,13 +127,22 @@ void Session::Record() {
     if (shots.empty() && !liveView) return;
     // What the panel shows: the visible page, read by the device's own layout.
     const std::vector<uint32_t> page =
-        ReadVisiblePage(device, reinterpret_cast<const uint8_t*>(vp_fb_pixels(device.c_str())));
+        drm ? ReadDrmPage(device, width, height)
+            : ReadVisiblePage(device,
+                              reinterpret_cast<const uint8_t*>(vp_fb_pixels(device.c_str())));
     if (page.size() != size_t(width) * height) return;
     const uint32_t* pixels = page.data();
     const unsigned long long print = Fingerprint(pixels, page.size());
+    // The screen starts black: a file of it would show nothing a program drew, so until
+    // something is drawn the terminal alone shows it, once.
+    const bool blank = std::all_of(page.begin(), page.end(), [](uint32_t p) { return p == 0; });
     state.Update([&](SessionState::Fields& fields) {
-        if (fields.frames > 0 && print == fields.lastPrint) return;
+        if (print == fields.lastPrint && (fields.frames > 0 || blank)) return;
         fields.lastPrint = print;
+        if (blank && fields.frames == 0) {
+            if (liveView) view.Show("vantor-sim: blank screen", pixels, width, height, width);
+            return;
+        }
         ++fields.frames;
         char name[32];
         std::snprintf(name, sizeof(name), "/%04d.png", fields.frames);
@@ -115,8 +152,10 @@ void Session::Record() {
                       height, width);
         }
         if (shots.empty()) return;
+        errno = 0;
         if (!WritePng(shots + name, pixels, width, height, width, scale)) {
-            std::fprintf(stderr, "vantor-sim: cannot write %s%s\n", shots.c_str(), name);
+            std::fprintf(stderr, "vantor-sim: cannot write %s%s: %s\n", shots.c_str(), name,
+                         errno != 0 ? std::strerror(errno) : "the PNG encoder failed");
         }
     });
 }

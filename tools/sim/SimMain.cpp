@@ -1,6 +1,7 @@
 // vantor-sim: runs an unmodified host program of libvantor, or a script of several,
 // against one virtual display and keypad, with keys from a script or the terminal,
 // screenshots as PNG files and a view on the terminal.
+#include <dirent.h>
 #include <signal.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -39,6 +40,8 @@ const char kUsage[] =
     "\n"
     "  --screen WxH        screen size in pixels, 32 bits per pixel (default 800x480)\n"
     "  --fb PATH           the device path the program opens (default /dev/fb0)\n"
+    "  --drm               a DRM card at /dev/dri/card0 (a built-in panel, XRGB8888)\n"
+    "                      instead of the framebuffer device; there is no /dev/fb0\n"
     "  --format NAME       the panel's pixel layout: xrgb8888 (default), xbgr8888,\n"
     "                      rgbx8888, bgrx8888, rgb888, bgr888, rgb565, bgr565\n"
     "  --pad BYTES         padding at the end of every row of screen memory\n"
@@ -69,7 +72,9 @@ const char kUsage[] =
     "                      VANTOR_KEYCODES are set to match unless already set.\n"
     "  --shots DIR         a PNG of the screen each time a program waits for a key\n"
     "                      and when a program of the library ends, if the screen\n"
-    "                      changed: DIR/0001.png, numbered across the whole run\n"
+    "                      changed: DIR/0001.png, numbered across the whole run;\n"
+    "                      no picture while nothing was drawn. Numbered PNGs of an\n"
+    "                      earlier run in DIR are removed first; other files stay\n"
     "  --shot-on-update    a PNG after every Update() and progress window repaint too\n"
     "  --scale N           enlarge each screen pixel to N x N in the PNG files\n"
     "  --no-view           do not draw the screen on the terminal (it is drawn on\n"
@@ -78,14 +83,15 @@ const char kUsage[] =
     "  -h, --help          this text\n"
     "\n"
     "Exit status: the program's; 3 when the key script ran out while a program\n"
-    "waited for a key; 128+N when it ended by signal N; 2 for bad options.\n";
+    "waited for a key; 0 when q quit it from the terminal; 128+N when it ended by\n"
+    "signal N; 127 when PROGRAM cannot be run; 2 for bad options.\n";
 
 struct Options {
     std::string screen = "800x480", fb = "/dev/fb0", shots, fonts, rotate;
     std::string keypadName, keyCodes;
     std::vector<std::string> keyTexts;  // parsed once --keycodes is known
     std::vector<VantorSim::KeyStep> keys;
-    bool keysGiven = false, shotOnUpdate = false, view = true;
+    bool keysGiven = false, shotOnUpdate = false, view = true, drm = false;
     int scale = 1;
     VantorSim::Panel panel;
     std::vector<char*> program;
@@ -103,7 +109,7 @@ std::string Value(int& i, int argc, char** argv) {
 
 std::string ReadFile(const std::string& path) {
     std::ifstream in(path);
-    if (!in) Fail("cannot read the key file " + path);
+    if (!in) Fail("cannot read the key file " + path + ": " + std::strerror(errno));
     std::ostringstream text;
     text << in.rdbuf();
     return text.str();
@@ -146,6 +152,8 @@ Options Parse(int argc, char** argv) {
         } else if (arg == "--fb") {
             options.fb = Value(i, argc, argv);
             if (options.fb.rfind("/dev/fb", 0) != 0) Fail("--fb must name a /dev/fb... path");
+        } else if (arg == "--drm") {
+            options.drm = true;
         } else if (arg == "--keys") {
             AddKeys(options, Value(i, argc, argv));
         } else if (arg == "--key-file") {
@@ -192,6 +200,8 @@ Options Parse(int argc, char** argv) {
             Fail("unknown option " + arg + " (see --help)");
         }
     }
+    if (options.drm && options.panel.Encode() != VantorSim::Panel().Encode())
+        Fail("--format, --pad and --pan describe a framebuffer device, not a --drm card");
     ParseKeys(options);
     for (++i; i < argc; ++i) options.program.push_back(argv[i]);
     if (options.program.empty())
@@ -279,6 +289,7 @@ Environment Prepare(const Options& options, const std::string& session) {
     if (!options.rotate.empty()) env.Set("VANTOR_ROTATION", options.rotate);
     env.Set("VANTOR_SIM_FB", options.fb);
     env.Set("VANTOR_SIM_PANEL", options.panel.Encode());
+    if (options.drm) env.Set("VANTOR_SIM_DRM", "1");
     env.Set("VANTOR_SIM_FONTS", FindFonts(options.fonts));
     env.Set("VANTOR_SIM_KEYS", VantorSim::EncodeKeyScript(options.keys));
     env.Set("VANTOR_SIM_SCALE", std::to_string(options.scale));
@@ -301,13 +312,48 @@ void ExportEnvironment() {
     for (const auto& [name, value] : environment.values) setenv(name.c_str(), value.c_str(), 1);
 }
 
+// Our own pictures are named by number alone (0001.png); anything else is the user's.
+bool IsOurPicture(const std::string& name) {
+    return name.size() >= 8 && name.compare(name.size() - 4, 4, ".png") == 0 &&
+           name.find_first_not_of("0123456789") == name.size() - 4;
+}
+
+// Pictures of an earlier run would mix with this one's under the same numbers, so they
+// go first; the user's other files stay.
+void RemoveEarlierShots(const std::string& dir) {
+    DIR* listing = opendir(dir.c_str());
+    if (listing == nullptr)
+        Fail("cannot read the screenshot directory " + dir + ": " + std::strerror(errno));
+    int removed = 0;
+    while (const dirent* entry = readdir(listing)) {
+        if (!IsOurPicture(entry->d_name)) continue;
+        if (unlinkat(dirfd(listing), entry->d_name, 0) != 0) {
+            const int error = errno;
+            closedir(listing);
+            Fail("cannot remove the earlier screenshot " + dir + "/" + entry->d_name + ": " +
+                 std::strerror(error));
+        }
+        ++removed;
+    }
+    closedir(listing);
+    if (removed > 0) {
+        std::fprintf(stderr, "vantor-sim: removed %d earlier screenshot%s from %s\n", removed,
+                     removed == 1 ? "" : "s", dir.c_str());
+    }
+}
+
 void MakeShotDirectory(const std::string& dir) {
     if (dir.empty()) return;
+    int error = 0;
     for (size_t slash = 1; slash != std::string::npos;) {
         slash = dir.find('/', slash + 1);
-        mkdir(dir.substr(0, slash).c_str(), 0755);
+        if (mkdir(dir.substr(0, slash).c_str(), 0755) != 0 && errno != EEXIST) error = errno;
     }
-    if (!IsDirectory(dir)) Fail("cannot make the screenshot directory " + dir);
+    if (!IsDirectory(dir)) {
+        Fail("cannot make the screenshot directory " + dir + ": " +
+             std::strerror(error != 0 ? error : ENOTDIR));
+    }
+    RemoveEarlierShots(dir);
 }
 
 // The session's files go on every way out that leaves this process running: its own
@@ -352,7 +398,8 @@ int ExitStatus(int status, const char* program) {
 void ReportShots(const Options& options) {
     if (options.shots.empty()) return;
     const int frames = VantorSim::SessionState(session.StatePath()).Read().frames;
-    std::fprintf(stderr, "vantor-sim: %d screenshots in %s\n", frames, options.shots.c_str());
+    std::fprintf(stderr, "vantor-sim: %d screenshot%s in %s\n", frames, frames == 1 ? "" : "s",
+                 options.shots.c_str());
 }
 
 }  // namespace

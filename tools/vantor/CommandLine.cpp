@@ -21,7 +21,7 @@ CommandLine::CommandLine(int argc, char** argv, const std::vector<OptionRule>& a
     bool optionsEnded = false;
     for (int i = 1; i < argc; ++i) {
         std::string arg = argv[i];
-        // A lone "-" or a negative-looking word is an operand, like text to show.
+        // A lone "-" is an operand; any other word with a leading dash is an option.
         if (optionsEnded || arg.size() < 2 || arg[0] != '-') {
             positional.push_back(arg);
             continue;

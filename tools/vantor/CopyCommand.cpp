@@ -8,6 +8,7 @@
 #include "Commands.h"
 #include "FirmwareCopy.h"
 #include "Screen.h"
+#include "StopSignals.h"
 
 namespace VantorTool {
 
@@ -39,7 +40,7 @@ int RunCopy(int argc, char** argv) {
     const std::string text = line.value("--text");
     const char* caption = text.empty() ? nullptr : text.c_str();
 
-    const std::unique_ptr<Screen> screen = OpenDisplay(line.value("--device", "/dev/fb0"));
+    const std::unique_ptr<Screen> screen = OpenDisplay(line.value("--device"));
     if (screen) {
         const Box box = screen->Place(line.value("--geometry"), screen->width() * 3 / 4,
                                       screen->cellHeight() + 30);
@@ -48,8 +49,11 @@ int RunCopy(int argc, char** argv) {
     }
     const CopyRequest request{line.operands()[0].c_str(), line.operands()[1].c_str(), caption,
                               share, line.has("--verify")};
+    StopSignals stop;
     const int result = CopyImage(request);
     if (screen && !line.has("--keep")) HideProgress();
+    // A copy that finished before it could see the signal is done all the same.
+    if (result != 0) stop.EndAsAsked();
     return result == 0 ? kExitOk : kExitCopyFailed;
 }
 

@@ -8,6 +8,7 @@
 #include "Commands.h"
 #include "Screen.h"
 #include "TextLines.h"
+#include "Utf8Text.h"
 
 namespace VantorTool {
 
@@ -26,7 +27,7 @@ int ButtonRowHeight(const Screen& screen) {
 // quarters of the screen (longer lines are wrapped to that).
 int DefaultWidth(const std::vector<std::string>& lines, const Screen& screen) {
     size_t longest = 0;
-    for (const std::string& text : lines) longest = std::max(longest, text.size());
+    for (const std::string& text : lines) longest = std::max(longest, Characters(text));
     const int cw = screen.cellWidth();
     const int widest =
         std::max(screen.width() * 3 / 4, std::min(screen.width(), kMinimumColumns * cw));
@@ -44,13 +45,27 @@ void FitHeight(std::vector<std::string>& lines, const Box& box, const Screen& sc
     lines.resize(fits);
 }
 
-int RunDialog(const CommandLine& line, int type) {
+// The library's Ok/Cancel dialog starts on Cancel; a script asking "Ok?" expects Ok
+// first. So the lines are shown as a dialog without buttons, and the two buttons as a
+// row menu where the dialog's own would be: the same look, starting on Ok. The
+// library's button row is its two labels 15 pixels apart with 5 pixels before them,
+// cut to a 3-pixel margin, in the dialog's bottom-right corner.
+int AskOkFirst(std::vector<const char*>& texts, const Box& box, int align, const Screen& screen) {
+    const char* buttons[] = {"Ok", "Cancel", nullptr};
+    const int rowWidth = (2 + 6) * screen.cellWidth() + 15 + 2 * 3 + 1;
+    const int rowHeight = screen.cellHeight() + 2 * 3 + 1;
+    ShowDialog(texts.data(), 0, align);
+    InitMenu(box.x + box.width - 1 - rowWidth, box.y + box.height - 1 - rowHeight);
+    return ShowMenu(buttons, eMenuHorizontal, eAlignLeft);
+}
+
+int RunDialog(const CommandLine& line, int type, bool okFirst = false) {
     line.requireOperands(1, 1000, "the text to show");
     std::vector<std::string> lines = SplitLines(line.operands());
     const int align = ParseAlign("--align", line.value("--align", "left"));
     const std::string geometry = line.value("--geometry");
 
-    Screen screen(line.value("--device", "/dev/fb0"));
+    Screen screen(line.value("--device"));
     Screen::OpenKeypad();
     const int width = screen.Place(geometry, DefaultWidth(lines, screen), 1).width;
     lines = WrapLines(lines, size_t((width - 2 * kInset) / screen.cellWidth()));
@@ -65,7 +80,8 @@ int RunDialog(const CommandLine& line, int type) {
     // A canvas over the box keeps what was under it: the dialog itself leaves black.
     InitCanvas(box.x, box.y, box.width, box.height);
     InitDialog(box.x, box.y, box.width, box.height);
-    const int answer = ShowDialog(texts.data(), type, align);
+    const int answer =
+        okFirst ? AskOkFirst(texts, box, align, screen) : ShowDialog(texts.data(), type, align);
     Restore();
     if (answer == 1) return kExitOk;
     if (answer == 2) return kExitDeclined;
@@ -79,8 +95,12 @@ int RunYesNo(int argc, char** argv) {
 }
 
 int RunOk(int argc, char** argv) {
-    const CommandLine line(argc, argv, {{"--align", true}, {"--ok-cancel", false}});
-    return RunDialog(line, line.has("--ok-cancel") ? eDialogOkCancel : eDialogOk);
+    const CommandLine line(
+        argc, argv, {{"--align", true}, {"--ok-cancel", false}, {"--default-cancel", false}});
+    if (line.has("--default-cancel") && !line.has("--ok-cancel"))
+        throw UsageError("ok: --default-cancel needs --ok-cancel");
+    if (!line.has("--ok-cancel")) return RunDialog(line, eDialogOk);
+    return RunDialog(line, eDialogOkCancel, !line.has("--default-cancel"));
 }
 
 }  // namespace VantorTool

@@ -1,7 +1,6 @@
 #include "GaugeReader.h"
 
-#include <cmath>
-#include <cstdlib>
+#include "Values.h"
 
 namespace VantorTool {
 
@@ -11,14 +10,6 @@ std::string Trim(const std::string& text) {
     const size_t first = text.find_first_not_of(" \t\r\n");
     if (first == std::string::npos) return "";
     return text.substr(first, text.find_last_not_of(" \t\r\n") - first + 1);
-}
-
-bool ReadPercent(const std::string& text, float& percent) {
-    char* end = nullptr;
-    const float value = std::strtof(text.c_str(), &end);
-    if (text.empty() || *end != '\0' || !std::isfinite(value)) return false;
-    percent = value;
-    return true;
 }
 
 }  // namespace
@@ -37,12 +28,12 @@ bool GaugeReader::Feed(const std::string& raw, Step& step) {
     }
     if (!inBlock) {
         step = Step();
-        step.moves = ReadPercent(line, step.percent);
+        step.moves = ReadDecimal(line, step.percent);
         return step.moves;
     }
     if (expectPercent) {
         expectPercent = false;
-        if (ReadPercent(line, pending.percent)) {
+        if (ReadDecimal(line, pending.percent)) {
             pending.moves = true;
             return false;
         }

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstdio>
 
+#include "Answer.h"
 #include "CommandLine.h"
 #include "Commands.h"
 #include "Screen.h"
@@ -51,7 +52,7 @@ int RunKey(int argc, char** argv) {
     for (;;) {
         const char* name = KeyName(WaitKey(forever ? 3600.0f : left));
         if (name != nullptr) {
-            std::printf("%s\n", name);
+            WriteAnswer(name);
             return kExitOk;
         }
         left = std::chrono::duration<float>(deadline - Clock::now()).count();

@@ -4,9 +4,11 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "Answer.h"
 #include "CommandLine.h"
 #include "Commands.h"
 #include "Screen.h"
+#include "Utf8Text.h"
 
 namespace VantorTool {
 
@@ -24,30 +26,33 @@ Entries ReadEntries(const CommandLine& line) {
     Entries entries;
     if (!line.has("--tag")) {
         for (size_t i = 0; i < words.size(); ++i) {
-            entries.shown.push_back(words[i]);
+            // An empty entry has no width to highlight: a blank gives it one.
+            entries.shown.push_back(words[i].empty() ? " " : words[i]);
             entries.answers.push_back(std::to_string(i + 1));
         }
         return entries;
     }
     if (words.size() % 2 != 0) throw UsageError("menu: --tag needs TAG ITEM pairs");
     size_t tagWidth = 0;
-    for (size_t i = 0; i < words.size(); i += 2) tagWidth = std::max(tagWidth, words[i].size());
+    for (size_t i = 0; i < words.size(); i += 2)
+        tagWidth = std::max(tagWidth, Characters(words[i]));
     for (size_t i = 0; i < words.size(); i += 2) {
         entries.answers.push_back(words[i]);
-        entries.shown.push_back(words[i] + std::string(tagWidth - words[i].size() + 2, ' ') +
+        entries.shown.push_back(words[i] + std::string(tagWidth - Characters(words[i]) + 2, ' ') +
                                 words[i + 1]);
     }
     return entries;
 }
 
 // The library's menu keeps 5 pixels around its entries and 8 between rows (15 between
-// columns); this estimate only centres the menu, the library sizes it itself.
+// columns); this estimate only places the menu, the library sizes it itself, and a menu
+// longer than its box scrolls.
 void MenuSize(const Entries& entries, bool horizontal, const Screen& screen, int& width,
               int& height) {
     const int cw = screen.cellWidth(), ch = screen.cellHeight();
     width = height = 0;
     for (const std::string& text : entries.shown) {
-        const int w = int(text.size()) * cw;
+        const int w = int(Characters(text)) * cw;
         width = horizontal ? width + w + 15 : std::max(width, w);
     }
     const int rows = horizontal ? 1 : int(entries.shown.size());
@@ -55,21 +60,18 @@ void MenuSize(const Entries& entries, bool horizontal, const Screen& screen, int
     height = rows * (ch + 8) + 8;
 }
 
-// The library's menu does not scroll: entries past the screen's edge could be chosen
-// without being seen, so such a menu is refused.
-void RequireRoom(int width, int height, const Screen& screen) {
-    if (width <= screen.width() && height <= screen.height()) return;
-    throw UsageError("menu: the entries need " + std::to_string(width) + "x" +
-                     std::to_string(height) + " pixels, the screen has " +
-                     std::to_string(screen.width()) + "x" + std::to_string(screen.height()) +
-                     "; give fewer or shorter entries");
-}
-
 // The title is a line of the main canvas just above the menu, so Restore takes it away
-// with the menu.
-void ShowTitle(const std::string& title, const Box& box, int titleHeight) {
-    InitCanvas(box.x, box.y, box.width, titleHeight);
-    WriteText(0, 0, title.c_str(), 0xFFFFFF, 1);
+// with the menu. It spans the entries' column (the library sets them 3 pixels in from
+// the menu's edge) and is placed in it as the entries are; a title wider than the box
+// is cut after the last whole character.
+void ShowTitle(const std::string& title, const Box& box, int span, int titleWidth,
+               int titleHeight, int align) {
+    const int inset = 3;
+    const int room = std::max(1, std::min(span, box.width - inset));
+    InitCanvas(box.x + inset, box.y, room, titleHeight);
+    const size_t fits = size_t(std::max(1, room / std::max(1, titleWidth)));
+    WriteAlignedTextWithBackground(0, 0, FirstCharacters(title, fits).c_str(), 0xFFFFFF,
+                                   0x000000, 1, align);
     Update();
 }
 
@@ -88,24 +90,27 @@ int RunMenu(int argc, char** argv) {
     const int align = ParseAlign("--align", line.value("--align", "left"));
     const std::string title = line.value("--title");
 
-    Screen screen(line.value("--device", "/dev/fb0"));
+    Screen screen(line.value("--device"));
     Screen::OpenKeypad();
     int width = 0, height = 0, titleWidth = 0, titleHeight = 0;
     MenuSize(entries, horizontal, screen, width, height);
     if (!title.empty()) getFontSize(1, &titleWidth, &titleHeight);
-    width = std::max(width, int(title.size()) * titleWidth);
-    RequireRoom(width, height + titleHeight, screen);
+    const int titleSpan = int(Characters(title)) * titleWidth;
+    const int span = std::max(width - 16, titleSpan);
+    width = std::max(width, titleSpan);
+    // The box is cut to the screen; the menu scrolls within what is left under the title.
     const Box box = screen.Place(line.value("--geometry"), width, height + titleHeight);
-    if (!title.empty()) ShowTitle(title, box, titleHeight);
+    if (!title.empty()) ShowTitle(title, box, span, titleWidth, titleHeight, align);
 
     std::vector<const char*> items;
     for (const std::string& text : entries.shown) items.push_back(text.c_str());
     items.push_back(nullptr);
-    InitMenu(box.x, box.y + titleHeight);
+    if (InitMenuBox(box.x, box.y + titleHeight, box.width, std::max(1, box.height - titleHeight)))
+        throw CommandFailure(kExitNoDisplay, "the menu cannot be made");
     const int answer = ShowMenu(items.data(), horizontal ? eMenuHorizontal : eMenuVertical, align);
     if (!line.has("--keep")) Restore();
     if (answer < 1) return StatusOfLeavingKey(answer);
-    std::printf("%s\n", entries.answers[size_t(answer) - 1].c_str());
+    WriteAnswer(entries.answers[size_t(answer) - 1]);
     return kExitOk;
 }
 

@@ -1,10 +1,17 @@
 #include "Screen.h"
 
+#include <fcntl.h>
+#include <linux/fb.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 #include <vantor.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
+
+#include "DisplayChoice.h"
 
 namespace VantorTool {
 
@@ -25,13 +32,38 @@ void* OpenFramebufferKeepingStdout(const std::string& device) {
     return state;
 }
 
+// The library's own lines say which step failed but not the system's reason; asking
+// the device ourselves finds it (a missing node, no permission, not a framebuffer).
+std::string WhyUnusable(const std::string& device) {
+    const int fd = open(device.c_str(), O_RDWR | O_CLOEXEC | O_NONBLOCK);
+    if (fd < 0) return std::strerror(errno);
+    struct fb_var_screeninfo screen;
+    const bool framebuffer = ioctl(fd, FBIOGET_VSCREENINFO, &screen) == 0;
+    const int error = errno;
+    close(fd);
+    if (framebuffer) return "the library could not map it or load its fonts (see above)";
+    // A DRM card answers no framebuffer request; the library's own line says what it found.
+    if (device.rfind("/dev/dri/", 0) == 0)
+        return "the library could not drive the card (see above)";
+    return std::string("not a framebuffer (") + std::strerror(error) + ")";
+}
+
 }  // namespace
 
 Screen::Screen(const std::string& device) {
-    const int rotation = ChosenRotation();
-    if (OpenFramebufferKeepingStdout(device) == nullptr || setRotation(rotation) != 0 ||
-        getScreenSize(&screenWidth, &screenHeight) != 0 || getFontSize(0, &cellW, &cellH) != 0) {
-        throw CommandFailure(kExitNoDisplay, "cannot use the display " + device);
+    std::string tried;
+    bool opened = false;
+    for (const std::string& candidate : DisplayCandidates(device)) {
+        tried = candidate;
+        if ((opened = OpenFramebufferKeepingStdout(candidate) != nullptr)) break;
+    }
+    if (!opened) {
+        throw CommandFailure(kExitNoDisplay,
+                             "cannot use the display " + tried + ": " + WhyUnusable(tried));
+    }
+    if (setRotation(ChosenRotation()) != 0 || getScreenSize(&screenWidth, &screenHeight) != 0 ||
+        getFontSize(0, &cellW, &cellH) != 0) {
+        throw CommandFailure(kExitNoDisplay, "cannot use the display " + tried);
     }
 }
 

@@ -12,7 +12,8 @@ namespace VantorTool {
 
 class Screen {
   public:
-    // Throws CommandFailure(kExitNoDisplay) when the device cannot be used.
+    // An empty device means the usual choice (DisplayChoice.h). Throws
+    // CommandFailure(kExitNoDisplay) when no device can be used.
     explicit Screen(const std::string& device);
 
     // Throws CommandFailure(kExitNoKeypad) when there is no keypad to wait on.

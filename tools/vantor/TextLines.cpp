@@ -1,5 +1,7 @@
 #include "TextLines.h"
 
+#include "Utf8Text.h"
+
 namespace VantorTool {
 
 namespace {
@@ -20,9 +22,10 @@ void SplitInto(const std::string& text, std::vector<std::string>& lines) {
 }
 
 void WrapInto(std::string line, size_t columns, std::vector<std::string>& lines) {
-    while (line.size() > columns) {
-        size_t cut = line.rfind(' ', columns);
-        if (cut == std::string::npos || cut == 0) cut = columns;
+    while (Characters(line) > columns) {
+        const size_t limit = OffsetOfCharacter(line, columns);
+        size_t cut = line.rfind(' ', limit);
+        if (cut == std::string::npos || cut == 0) cut = limit;
         lines.push_back(line.substr(0, cut));
         const size_t next = line.find_first_not_of(' ', cut);
         line = next == std::string::npos ? "" : line.substr(next);

@@ -61,12 +61,28 @@ Box ParseBox(const std::string& option, const std::string& text) {
     return Box{v[0], v[1], v[2], v[3]};
 }
 
-float ParseNumber(const std::string& option, const std::string& text, float least, float most) {
-    char* end = nullptr;
+bool ReadDecimal(const std::string& text, float& value) {
+    const size_t sign = !text.empty() && (text[0] == '-' || text[0] == '+') ? 1 : 0;
+    const size_t digits = text.find_first_not_of("0123456789", sign);
+    const size_t whole = (digits == std::string::npos ? text.size() : digits) - sign;
+    size_t fraction = 0;
+    if (digits != std::string::npos) {
+        if (text[digits] != '.') return false;
+        const size_t after = text.find_first_not_of("0123456789", digits + 1);
+        if (after != std::string::npos) return false;
+        fraction = text.size() - digits - 1;
+    }
+    if (whole + fraction == 0) return false;
     errno = 0;
-    const float value = std::strtof(text.c_str(), &end);
-    if (text.empty() || *end != '\0' || errno != 0 || !std::isfinite(value) || value < least ||
-        value > most) {
+    const float read = std::strtof(text.c_str(), nullptr);
+    if (errno != 0 || !std::isfinite(read)) return false;
+    value = read;
+    return true;
+}
+
+float ParseNumber(const std::string& option, const std::string& text, float least, float most) {
+    float value = 0;
+    if (!ReadDecimal(text, value) || value < least || value > most) {
         char want[64];
         std::snprintf(want, sizeof(want), "give a number from %g to %g", least, most);
         Refuse(option, text, want);

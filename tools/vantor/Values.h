@@ -16,7 +16,10 @@ uint32_t ParseColour(const std::string& option, const std::string& text);  // RR
 Box ParsePoint(const std::string& option, const std::string& text);        // X,Y (no size)
 Box ParseBox(const std::string& option, const std::string& text);          // X,Y,W,H
 float ParseNumber(const std::string& option, const std::string& text, float least, float most);
-int ParseAlign(const std::string& option, const std::string& text);     // an eAlignMode
+int ParseAlign(const std::string& option, const std::string& text);  // an eAlignMode
+// A plain decimal number ("42", "-1.5", "7."): no hex, exponent, inf or nan, which
+// strtof would also take and a script never means.
+bool ReadDecimal(const std::string& text, float& value);
 int ParseRotation(const std::string& option, const std::string& text);  // 0, 90, 180 or 270
 int ChosenRotation();  // VANTOR_ROTATION, or 0 when it is unset or empty
 

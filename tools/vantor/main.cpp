@@ -5,6 +5,9 @@
 #include <exception>
 #include <string>
 
+#include <vantor.h>
+
+#include "Answer.h"
 #include "CommandLine.h"
 #include "Commands.h"
 #include "ExitStatus.h"
@@ -24,11 +27,20 @@ const Command kCommands[] = {
     {"console", RunConsole},  // the kernel console, across the commands of a script
 };
 
-bool AsksForHelp(int argc, char** argv) {
+bool AsksFor(int argc, char** argv, const char* option, const char* shortOption) {
     for (int i = 1; i < argc && std::strcmp(argv[i], "--") != 0; ++i) {
-        if (std::strcmp(argv[i], "--help") == 0 || std::strcmp(argv[i], "-h") == 0) return true;
+        if (std::strcmp(argv[i], option) == 0 || std::strcmp(argv[i], shortOption) == 0)
+            return true;
     }
     return false;
+}
+
+// Help and version go to stdout like an answer, and a failure to write them is one.
+int Print(const char* text) {
+    const int error = WriteOut(text);
+    if (error == 0) return kExitOk;
+    std::fprintf(stderr, "vantor: cannot write to standard output: %s\n", std::strerror(error));
+    return kExitAnswerLost;
 }
 
 int Run(int argc, char** argv) {
@@ -42,10 +54,12 @@ int Run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (AsksForHelp(argc, argv)) {
-        std::fputs(kHelp, stdout);
-        return kExitOk;
-    }
+    GuardStandardStreams();
+    if (argc == 2 && (std::strcmp(argv[1], "--version") == 0 || std::strcmp(argv[1], "-V") == 0))
+        return Print("vantor " VANTOR_VERSION "\n");
+    if (AsksFor(argc, argv, "--help", "-h")) return Print(kHelp);
+    // Arguments, titles and gauge captions come from shells and editors that write UTF-8.
+    setTextEncoding(VANTOR_TEXT_UTF8);
     try {
         return Run(argc, argv);
     } catch (const UsageError& error) {
