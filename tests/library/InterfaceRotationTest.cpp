@@ -144,3 +144,25 @@ TEST_F(Interface, RotationIsChosenBeforeAnythingIsOnTheScreen) {
     getScreenSize(&width, nullptr);
     EXPECT_EQ(int(kWidth), width);
 }
+
+// A DRM card is told the changed rectangle as it lies on the panel.
+TEST_F(Interface, TheDeviceIsToldWhereOnThePanelAPictureChanged) {
+    const vp_drm_card card = {kWidth, kHeight};
+    ASSERT_EQ(0, vp_drm_add("/dev/dri/card0", &card));
+    const struct {
+        int rotation;
+        int rect[4];  // the canvas (10, 20) + (30, 40) on the 320 x 240 panel
+    } cases[] = {{0, {10, 20, 30, 40}},
+                 {90, {260, 10, 40, 30}},
+                 {180, {280, 180, 30, 40}},
+                 {270, {20, 200, 40, 30}}};
+    for (const auto& c : cases) {
+        ASSERT_NE(nullptr, InitFramebuffer("/dev/dri/card0"));
+        ASSERT_EQ(0, setRotation(c.rotation));
+        InitCanvas(10, 20, 30, 40);
+        Update();
+        vp_drm_state state;
+        ASSERT_EQ(0, vp_drm_read_state("/dev/dri/card0", &state));
+        EXPECT_EQ(0, std::memcmp(c.rect, state.last_dirty, sizeof(c.rect))) << c.rotation;
+    }
+}
