@@ -61,7 +61,8 @@ Screen::Screen(const std::string& device) {
         throw CommandFailure(kExitNoDisplay,
                              "cannot use the display " + tried + ": " + WhyUnusable(tried));
     }
-    if (getScreenSize(&screenWidth, &screenHeight) != 0 || getFontSize(0, &cellW, &cellH) != 0) {
+    if (setRotation(ChosenRotation()) != 0 || getScreenSize(&screenWidth, &screenHeight) != 0 ||
+        getFontSize(0, &cellW, &cellH) != 0) {
         throw CommandFailure(kExitNoDisplay, "cannot use the display " + tried);
     }
 }
