@@ -25,9 +25,8 @@ class CMenuLayout {
 
     bool IsColumn() const { return column; }
     long long Gap() const { return column ? kColumnGap : kRowGap; }
-    // An entry's size along the menu's axis, and across it.
+    // An entry's size along the menu's axis.
     long long Along(long long width, long long height) const { return column ? height : width; }
-    long long Across(long long width, long long height) const { return column ? width : height; }
 
     // The canvas size around entries that reach this far past kStart: Autoresize's margin
     // on both sides, and the frame counts both its corner pixels.
