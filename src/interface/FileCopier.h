@@ -5,10 +5,9 @@
 
 #include <sys/stat.h>
 
-#include <memory>
 #include <string>
 
-#include "CopySupport.h"
+#include "copy/CopyEngine.h"
 
 namespace Vantor {
 
@@ -51,10 +50,10 @@ class FileCopier {
     bool replacing;        // a regular target: written aside, then renamed over
     bool unnamed;          // the temporary file has no name yet (O_TMPFILE)
     bool partOwned;        // a file at partPath is ours to remove
-    Descriptor in;
-    Descriptor out;
+    CopyEngine engine;
+    UniqueFd in;
+    UniqueFd out;
     long long size;
-    std::unique_ptr<char[]> buffer;
 };
 
 }  // namespace Vantor
