@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstring>
 #include <new>
 
 namespace Vantor {
@@ -60,14 +61,16 @@ int CopyEngine::Sync(int fd) const {
     return -errno;
 }
 
+// A kWhole pass never reads past the size; the older call always asks for a whole block.
+size_t CopyEngine::NextBlock(long long done, long long size) const {
+    return transfer == kWhole ? size_t(std::min<long long>(kBlockSize, size - done)) : kBlockSize;
+}
+
 CopyFault CopyEngine::Copy(int source, int target, long long size, CopyProgress& progress) {
     long long copied = 0;
     while (copied < size) {
-        if (stopRequested != nullptr && stopRequested()) return {CopyFault::kStopped, ECANCELED};
-        const size_t wanted = transfer == kWhole
-                                  ? size_t(std::min<long long>(kBlockSize, size - copied))
-                                  : kBlockSize;
-        const long long got = Read(source, buffer.get(), wanted);
+        if (Stopped()) return {CopyFault::kStopped, ECANCELED};
+        const long long got = Read(source, buffer.get(), NextBlock(copied, size));
         if (got < 0) return {CopyFault::kRead, int(-got)};
         // Under kWhole a source that ends before its size has changed under us: not a
         // whole copy.
@@ -76,6 +79,27 @@ CopyFault CopyEngine::Copy(int source, int target, long long size, CopyProgress&
         if (written != 0) return {CopyFault::kWrite, -written};
         copied += got;
         progress.Advance(copied);
+    }
+    return CopyFault{};
+}
+
+CopyFault CopyEngine::Compare(int source, int copy, long long size, CopyProgress& progress) {
+    std::unique_ptr<char[]> readBack(new (std::nothrow) char[kBlockSize]);
+    if (!readBack) return {CopyFault::kCheck, ENOMEM};
+    for (long long checked = 0; checked < size;) {
+        if (Stopped()) return {CopyFault::kStopped, ECANCELED};
+        const size_t wanted = NextBlock(checked, size);
+        const long long original = Read(source, buffer.get(), wanted);
+        if (original != static_cast<long long>(wanted)) {
+            return {CopyFault::kRead, original < 0 ? int(-original) : EIO};
+        }
+        const long long got = Read(copy, readBack.get(), wanted);
+        if (got < 0) return {CopyFault::kCheck, int(-got)};
+        if (got != original || std::memcmp(buffer.get(), readBack.get(), wanted) != 0) {
+            return {CopyFault::kCheck, EIO};
+        }
+        checked += original;
+        progress.Advance(checked);
     }
     return CopyFault{};
 }

@@ -12,9 +12,11 @@
 
 namespace Vantor {
 
-// Where a copy of blocks stopped short, and why (an errno value).
+// Where a pass over the blocks stopped short, and why (an errno value): reading the
+// source, writing the target, reading the target back (or finding it different), or
+// asked to stop.
 struct CopyFault {
-    enum Side { kNone, kRead, kWrite, kStopped };
+    enum Side { kNone, kRead, kWrite, kCheck, kStopped };
     Side side = kNone;
     int error = 0;
 };
@@ -55,10 +57,16 @@ class CopyEngine {
     // synced at all (EINVAL: a pipe, some device nodes) has nothing to flush.
     int Sync(int fd) const;
 
-    // Copies `size` bytes from the start of what is left to read.
+    // Copies `size` bytes from where each descriptor stands.
     CopyFault Copy(int source, int target, long long size, CopyProgress& progress);
+    // Reads `size` bytes from each and compares them: the source must give them all,
+    // the copy must hold the same.
+    CopyFault Compare(int source, int copy, long long size, CopyProgress& progress);
 
   private:
+    bool Stopped() const { return stopRequested != nullptr && stopRequested(); }
+    size_t NextBlock(long long done, long long size) const;
+
     Transfer transfer;
     bool (*stopRequested)();
     std::unique_ptr<char[]> buffer;

@@ -9,13 +9,11 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
 #include <cstring>
 #include <iostream>
-#include <new>
 
 #include "Boundary.h"
 #include "CopyCancel.h"
@@ -224,11 +222,24 @@ int FileCopier::CreateFailure(int error, bool targetExists) const {
 }
 
 int FileCopier::CopyData(CopyProgress& progress) {
-    const CopyFault fault = engine.Copy(in.Get(), out.Get(), size, progress);
-    if (fault.side == CopyFault::kStopped) return Cancelled();
-    if (fault.side == CopyFault::kRead) return Fail("Read error: ", sourcePath, fault.error);
-    if (fault.side == CopyFault::kWrite) return Fail("Write error: ", targetPath, fault.error);
-    return 0;
+    return Answer(engine.Copy(in.Get(), out.Get(), size, progress));
+}
+
+// The line and result of a pass over the blocks that stopped short.
+int FileCopier::Answer(const CopyFault& fault) const {
+    switch (fault.side) {
+        case CopyFault::kNone:
+            return 0;
+        case CopyFault::kStopped:
+            return Cancelled();
+        case CopyFault::kRead:
+            return Fail("Read error: ", sourcePath, fault.error);
+        case CopyFault::kWrite:
+            return Fail("Write error: ", targetPath, fault.error);
+        case CopyFault::kCheck:
+            break;
+    }
+    return Fail("Verify error: ", targetPath, fault.error);
 }
 
 // Reads the target back from storage, not from the page cache, and compares it with
@@ -246,25 +257,7 @@ int FileCopier::Verify(CopyProgress& progress) {
     }
     posix_fadvise(back.Get(), 0, 0, POSIX_FADV_DONTNEED);
     if (lseek(in.Get(), 0, SEEK_SET) != 0) return Fail("Read error: ", sourcePath, errno);
-    std::unique_ptr<char[]> copy(new (std::nothrow) char[CopyEngine::kBlockSize]);
-    if (!copy) return Fail("Verify error: ", targetPath, ENOMEM);
-    for (long long checked = 0; checked < size;) {
-        if (CopyCancelRequested()) return Cancelled();
-        const size_t wanted =
-            static_cast<size_t>(std::min<long long>(CopyEngine::kBlockSize, size - checked));
-        const long long original = engine.Read(in.Get(), engine.Buffer(), wanted);
-        if (original != static_cast<long long>(wanted)) {
-            return Fail("Read error: ", sourcePath, original < 0 ? int(-original) : EIO);
-        }
-        const long long readBack = engine.Read(back.Get(), copy.get(), wanted);
-        if (readBack < 0) return Fail("Verify error: ", targetPath, int(-readBack));
-        if (readBack != original || std::memcmp(engine.Buffer(), copy.get(), wanted) != 0) {
-            return Fail("Verify error: ", targetPath, EIO);
-        }
-        checked += original;
-        progress.Advance(checked);
-    }
-    return 0;
+    return Answer(engine.Compare(in.Get(), back.Get(), size, progress));
 }
 
 // Nothing counts as copied until it is on storage: the file's data, then (for a

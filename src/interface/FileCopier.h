@@ -37,6 +37,7 @@ class FileCopier {
     int Cancelled() const;
     int CopyData(CopyProgress& progress);
     int Verify(CopyProgress& progress);
+    int Answer(const CopyFault& fault) const;
     int Commit();
     int Fail(const char* what, const std::string& path, int error) const;
 
