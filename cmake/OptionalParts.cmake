@@ -25,7 +25,7 @@ set(vantor_build_bench ${VANTOR_BUILD_BENCH})
 if(VANTOR_BUILD_BENCH)
   find_package(benchmark QUIET)
   if(NOT benchmark_FOUND)
-    list(APPEND vantor_left_out "vantor_bench (no Google Benchmark: libbenchmark-dev)")
+    list(APPEND vantor_left_out "the Google Benchmark benchmarks (no Google Benchmark: libbenchmark-dev)")
   endif()
 endif()
 

@@ -70,6 +70,18 @@ VANTOR_C_API void* InitFramebuffer(const char* device);
 
 /* --- Screen ------------------------------------------------------------------ */
 
+/* Turns the picture on a panel that is mounted turned: degrees is 0, 90, 180 or 270,
+ * clockwise, the way the kernel console's fbcon=rotate:1 turns it by 90. The host's
+ * top-left pixel is shown at the panel's top-right corner for 90, bottom-right for
+ * 180 and bottom-left for 270; on a W x H panel, logical (x, y) is shown at panel
+ * (W-1-y, x) for 90, (W-1-x, H-1-y) for 180 and (y, H-1-x) for 270. Every other call
+ * keeps working in the turned (logical) coordinates, clips at the logical screen's
+ * edges and puts back exactly what it covered; getScreenSize reports the logical size.
+ * Call it right after InitFramebuffer, which starts every framebuffer at 0.
+ *  0 ok;  -1 any other angle (360 and -90 too);  -2 no framebuffer;  -3 the main
+ *  canvas, a dialog, menu or progress window exists (nothing changes). */
+VANTOR_C_API int setRotation(int degrees);
+
 /* Makes the main canvas at (x, y), width x height pixels, replacing an earlier one.
  *  0 ok;  -2 no framebuffer, size below 1 or too large. Too large, for the canvas,
  *  dialog, progress window and menu alike: more pixels than four screens' worth (at
@@ -83,6 +95,26 @@ VANTOR_C_API int Restore(void);
 /* Deletes every text and menu entry, blanks the canvases, shows the empty main canvas.
  *  0 ok;  2 (positive) no framebuffer;  -2 no main canvas. */
 VANTOR_C_API int Clear(void);
+
+/* Keeps the kernel's text console (fbcon) off the picture on a framebuffer it shares:
+ * the foreground virtual terminal goes into graphics mode (KDSETMODE KD_GRAPHICS), so
+ * no cursor blinks and no kernel or getty message is drawn over the screen. The
+ * library never touches the console unless this is called.
+ *  VANTOR_CONSOLE_OFF: off while this process runs. The mode found before is put back
+ *    at VANTOR_CONSOLE_ON, when the library is unloaded (also at exit), and by the
+ *    crash handler after its report for SIGSEGV and SIGABRT. A process killed by
+ *    SIGTERM or SIGKILL gives nothing back: end on SIGTERM through exit().
+ *  VANTOR_CONSOLE_OFF_KEPT: off, and left off after the process ends, for the commands
+ *    of a script; the script gives it back at its end (an EXIT trap).
+ *  VANTOR_CONSOLE_ON: the foreground terminal back in text mode now, whoever left it
+ *    off; fbcon then redraws its text.
+ *  0 ok;  -1 unknown mode;  -19 no virtual terminal (no /dev/tty0, a serial console
+ *  only, inside the simulator): nothing changed;  -13 the process may not change the
+ *  console (opening /dev/tty0 or KDSETMODE refused; it normally takes root). */
+#define VANTOR_CONSOLE_ON 0
+#define VANTOR_CONSOLE_OFF 1
+#define VANTOR_CONSOLE_OFF_KEPT 2
+VANTOR_C_API int setConsoleGraphics(int mode);
 
 /* --- Text and colour ---------------------------------------------------------- */
 
@@ -98,7 +130,8 @@ VANTOR_C_API int WriteTextWithBackground(int x, int y, const char* text, uint32_
 VANTOR_C_API int WriteAlignedTextWithBackground(int x, int y, const char* text, uint32_t fg,
                                                 uint32_t bg, int font, int align);
 /* Size of the visible page in pixels (xres x yres, cut to the virtual screen), so a
- * host can lay out for any panel; either pointer may be NULL.  0 ok;  -2 no framebuffer. */
+ * host can lay out for any panel; either pointer may be NULL.  0 ok;  -2 no framebuffer.
+ * With the picture turned by 90 or 270 degrees (setRotation) width and height swap. */
 VANTOR_C_API int getScreenSize(int* width, int* height);
 /* Cell size of a font; either pointer may be NULL.  0 ok;  -2 no framebuffer or bad font. */
 VANTOR_C_API int getFontSize(int font, int* width, int* height);

@@ -11,11 +11,15 @@ vantor_install_missing
 
 options=(-DCMAKE_BUILD_TYPE=Release -DVANTOR_BUILD_TESTS=OFF -DVANTOR_BUILD_DESK_TOOLS=OFF)
 cmake -S . -B build-bench "${options[@]}" > /dev/null
-cmake --build build-bench --target vantor_bench vantor_position_bench -j 2 > /dev/null
+cmake --build build-bench --target vantor_bench vantor_position_bench vantor_rotation_bench \
+  -j 2 > /dev/null
 echo "== $(lscpu | sed -n 's/^Model name: *//p'), $(nproc) cores =="
 build-bench/bench/vantor_bench --benchmark_repetitions=3 --benchmark_report_aggregates_only=true "$@"
 echo "== Update at canvas columns 0-15, exact and padded rows, every layout; RGB_to_RGBA =="
 build-bench/bench/vantor_position_bench
+echo "== full-screen Update with the picture turned, against the unturned one =="
+build-bench/bench/vantor_rotation_bench --benchmark_repetitions=3 \
+  --benchmark_report_aggregates_only=true
 
 if [ "${VANTOR_BENCH_ARMHF:-0}" = 1 ]; then
   cmake -S . -B build-bench-armhf "${options[@]}" \

@@ -32,4 +32,12 @@ cp "$work/utf8/0003.png" docs/images/menu-utf8.png
 "${sim[@]}" --shots "$work/long" --keys "$(printf 'down,%.0s' $(seq 14))ok" -- $cli menu \
   --title "Firmware files" $(seq -f 'firmware-%02g.img' 1 50)
 cp "$work/long/0015.png" docs/images/menu-long.png
+# One screen on a panel mounted each way round: the pictures are the panel's pixels.
+for degrees in 0 90 180 270; do
+  PATH="$PWD/build/tools/vantor:$PATH" build/tools/sim/vantor-sim --no-view --rotate "$degrees" \
+    --screen 480x272 --shots "$work/turned-$degrees" --keys ok -- sh -c \
+    'vantor text --bold --fg FFB000 --at 8,8 "Recovery mode" &&
+     vantor menu --title "Install firmware into" --tag a "Slot A" b "Slot B" > /dev/null'
+  cp "$work/turned-$degrees/0002.png" "docs/images/rotate-$degrees.png"
+done
 echo "docs/images/ updated"

@@ -37,6 +37,9 @@ class VANTOR_API CFramebuffer {
     const CScreen& getScreen() const { return screen; }
     int getScreenWidth() const { return screen.width; }
     int getScreenHeight() const { return screen.height; }
+    // Turns the picture on the panel (see CScreen::setRotation); the size above is then
+    // the turned one.
+    bool setRotation(int degrees) { return screen.setRotation(degrees); }
 
     CCanvas* CreateCanvas(int x, int y, int width, int height);
     int Refresh(CCanvas& canvas);

@@ -1,6 +1,6 @@
-// The transfers between a canvas and the screen. Each call clips once, then works row
-// by row: a canvas row meets a screen row in one copy, or in one conversion when the
-// screen's layout is not the canvas's own.
+// The transfers between a canvas and the screen. Each call clips once, in the screen's
+// logical coordinates, and hands the visible block to the screen, which alone knows
+// how its rows meet the panel (a copy, a conversion, or a turn).
 #include <algorithm>
 
 #include "vantor/Canvas.h"
@@ -19,6 +19,12 @@ struct Span {
 
     bool IsEmpty() const { return firstColumn >= endColumn || firstRow >= endRow; }
     size_t Columns() const { return size_t(endColumn - firstColumn); }
+    int Rows() const { return endRow - firstRow; }
+    // Where the span starts in a buffer of rows `pitch` pixels long.
+    size_t Offset(size_t pitch) const { return size_t(firstRow) * pitch + size_t(firstColumn); }
+    // Where it starts on the screen.
+    int screenX;
+    int screenY;
 };
 
 // The part of [from, to) whose screen coordinate origin + i lies in [0, size). Worked out
@@ -33,15 +39,18 @@ Span ClipToScreen(const CFrame& frame, int x1, int y1, int x2, int y2, const CSc
     Span span;
     ClipAxis(x1, x2, frame.topLeft.x, screen.width, span.firstColumn, span.endColumn);
     ClipAxis(y1, y2, frame.topLeft.y, screen.height, span.firstRow, span.endRow);
+    span.screenX = int(static_cast<long long>(frame.topLeft.x) + span.firstColumn);
+    span.screenY = int(static_cast<long long>(frame.topLeft.y) + span.firstRow);
     // No memory, or a layout a host made up that cannot be written: nothing to do.
     if (screen.pStart == nullptr || !screen.format.IsValid()) span.endRow = span.firstRow;
     return span;
 }
 
-// The screen rectangle a transfer of this span changed.
-void ShowSpan(const CScreen& screen, const CFrame& frame, const Span& span) {
-    screen.Show(frame.topLeft.x + span.firstColumn, frame.topLeft.y + span.firstRow,
-                span.endColumn - span.firstColumn, span.endRow - span.firstRow);
+// Tells the device which part of the panel a transfer of this span changed.
+void ShowSpan(const CScreen& screen, const Span& span) {
+    const CScreen::Block changed =
+        screen.PanelBlock(span.screenX, span.screenY, int(span.Columns()), span.Rows());
+    screen.Show(changed.x, changed.y, changed.width, changed.height);
 }
 
 }  // namespace
@@ -50,23 +59,19 @@ void CCanvas::SaveBackground(const CScreen& screen) {
     if (pBackground == nullptr) return;
     const Span span = ClipToScreen(frame, 0, 0, getWidth(), getHeight(), screen);
     if (span.IsEmpty()) return;
-    const size_t width = size_t(getWidth());
-    for (int r = span.firstRow; r < span.endRow; ++r) {
-        const uint8_t* from = screen.At(frame.topLeft.x + span.firstColumn, frame.topLeft.y + r);
-        screen.format.ReadRaw(from, pBackground + r * width + span.firstColumn, span.Columns());
-    }
+    const size_t pitch = size_t(getWidth());
+    screen.ReadBlock(pBackground + span.Offset(pitch), pitch, span.screenX, span.screenY,
+                     int(span.Columns()), span.Rows());
 }
 
 void CCanvas::RestoreBackground(const CScreen& screen) {
     if (pBackground == nullptr) return;
     const Span span = ClipToScreen(frame, 0, 0, getWidth(), getHeight(), screen);
     if (span.IsEmpty()) return;
-    const size_t width = size_t(getWidth());
-    for (int r = span.firstRow; r < span.endRow; ++r) {
-        uint8_t* to = screen.At(frame.topLeft.x + span.firstColumn, frame.topLeft.y + r);
-        screen.format.WriteRaw(pBackground + r * width + span.firstColumn, to, span.Columns());
-    }
-    ShowSpan(screen, frame, span);
+    const size_t pitch = size_t(getWidth());
+    screen.WriteBlock(pBackground + span.Offset(pitch), pitch, span.screenX, span.screenY,
+                      int(span.Columns()), span.Rows());
+    ShowSpan(screen, span);
 }
 
 int CCanvas::Paint(const CPoint& a, const CPoint& b, const CScreen& screen) {
@@ -77,12 +82,10 @@ int CCanvas::Paint(const CPoint& a, const CPoint& b, const CScreen& screen) {
     if (xa == xb || ya == yb || pPixels == nullptr) return -2;
     const Span span = ClipToScreen(frame, xa, ya, xb, yb, screen);
     if (span.IsEmpty()) return 0;
-    const size_t width = size_t(getWidth());
-    for (int r = span.firstRow; r < span.endRow; ++r) {
-        uint8_t* to = screen.At(frame.topLeft.x + span.firstColumn, frame.topLeft.y + r);
-        screen.format.EncodeRow(pPixels + r * width + span.firstColumn, to, span.Columns());
-    }
-    ShowSpan(screen, frame, span);
+    const size_t pitch = size_t(getWidth());
+    screen.EncodeBlock(pPixels + span.Offset(pitch), pitch, span.screenX, span.screenY,
+                       int(span.Columns()), span.Rows());
+    ShowSpan(screen, span);
     return 0;
 }
 

@@ -15,6 +15,7 @@
 #include <memory>
 
 #include "Boundary.h"
+#include "Console.h"
 #include "ContextKeypad.h"
 #include "CrashLine.h"
 #include "KeySettings.h"
@@ -147,6 +148,7 @@ __attribute__((destructor(101))) void VantorCleanup() {
     delete pContext;
     pContext = nullptr;
     RemoveCrashHandler();
+    CConsole::GiveBack();
 }
 
 // A faulting access is retried when the handler returns and would fault again
@@ -176,6 +178,7 @@ void handler(int signal, siginfo_t* info, void*) {
     } else {
         CrashLine("Signal: ").Number(signal).Write();
     }
+    CConsole::GiveBack();  // a crashed host must not leave the user a dead console
     errno = savedErrno;
 }
 

@@ -104,7 +104,8 @@ void StartScreen(FuzzInput& in) {
     Vantor::VantorCleanup();
     Vantor::VantorInit();
     InitFramebuffer(device);
-    setTextEncoding(choice >> 7);  // half the inputs read their text as UTF-8
+    setTextEncoding(choice >> 7);       // half the inputs read their text as UTF-8
+    setRotation(choice / 10 % 4 * 90);  // from the same byte, so saved inputs read alike
 }
 
 void ConvertColours(int requested) {

@@ -18,7 +18,7 @@ readelf -d "$lib/libvantor.so" | grep -q 'SONAME.*\[libvantor.so.1\]' || {
   echo "SONAME is not libvantor.so.1"; exit 1; }
 
 stray=$(nm -D --defined-only "$lib/libvantor.so" | awk '{print $3}' | c++filt |
-  grep -v -E '^(InitFramebuffer|InitCanvas|Update|Restore|Clear|WriteText|WriteInvText|WriteTextWithBackground|WriteAlignedTextWithBackground|getScreenSize|getFontSize|RGB_to_RGBA|setTextEncoding|InitKeypad|WaitKey|InitDialog|ShowDialog|HideDialog|InitMenu|InitMenuBox|ShowMenu|InitProgress|ShowProgress|UpdateProgress|HideProgress|CopyFileWithProgress|CopyFileWithProgressEx|setKeyDevices|setKeyCode|resetKeyCodes|CancelCopy)$' |
+  grep -v -E '^(InitFramebuffer|InitCanvas|Update|Restore|Clear|WriteText|WriteInvText|WriteTextWithBackground|WriteAlignedTextWithBackground|getScreenSize|getFontSize|RGB_to_RGBA|setTextEncoding|InitKeypad|WaitKey|InitDialog|ShowDialog|HideDialog|InitMenu|InitMenuBox|ShowMenu|InitProgress|ShowProgress|UpdateProgress|HideProgress|CopyFileWithProgress|CopyFileWithProgressEx|setKeyDevices|setKeyCode|resetKeyCodes|CancelCopy|setRotation|setConsoleGraphics)$' |
   grep -v -E '^((vtable|typeinfo|typeinfo name) for |(non-)?virtual thunk to )?Vantor::' || true)
 if [ -n "$stray" ]; then
   echo "Unexpected exported symbols:"; echo "$stray"; exit 1

@@ -27,9 +27,9 @@ step() {
 }
 
 # The fixed screen drawn on device $1 and read back as $2.ppm by fbcat, which decodes the
-# memory by the layout the driver declares.
+# memory by the layout the driver declares; $3, if given, turns it by that many degrees.
 read_screen() {
-    step "screen-$2" "$SCREEN" "$1"
+    step "screen-$2" "$SCREEN" "$1" ${3:+turn=$3}
     /host/usr/bin/fbcat "$1" > "/results/$2.ppm"
 }
 
@@ -146,6 +146,7 @@ echo 0 > /sys/class/graphics/fbcon/cursor_blink
 # A keypad that goes away must be the only one in its run; the programs run after it.
 step removed-keypad "$PROGRAM" --gtest_filter='RemovedKeypad.*'
 step programs "$PROGRAM" --gtest_filter='RealDevices.*'
+step console "$PROGRAM" --gtest_filter='RealConsole.*'
 # Last, so that its two devices do not move the programs' input numbers.
 step buttons-and-keypad "$PROGRAM" --gtest_filter='ButtonsAndKeypad.*'
 # Copies interrupted by signals on the two disks: vfat keeps one temporary file at most,
@@ -160,11 +161,37 @@ if [ -n "$COPIER" ]; then
 fi
 if [ -n "$SCREEN" ]; then
     read_screen /dev/fb0 vfb
+    read_screen /dev/fb0 vfb-90 90
+    read_screen /dev/fb0 vfb-270 270
     read_screen /dev/fb1 bochs
     screendump
     # vfb again at 16 bits per pixel: fb0 is free once the first one is gone.
     rmmod vfb
     insmod /modules/vfb.ko vfb_enable=1 videomemorysize=1536000 mode_option=800x480M-16
     read_screen /dev/fb0 vfb16
+    # The console on vfb again, writing while a program keeps it off the picture: two
+    # readings a second apart must both be the program's screen.
+    for console in /sys/class/vtconsole/vtcon*; do
+        grep -q "frame buffer" "$console/name" && echo 1 > "$console/bind"
+    done
+    "$SCREEN" /dev/fb0 hold > /results/console-hold.log 2>&1 &
+    sleep 1
+    echo "a getty would write here" > /dev/tty1
+    echo "<3>vantor: a kernel message" > /dev/kmsg
+    /host/usr/bin/fbcat /dev/fb0 > /results/vfb16-console-1.ppm
+    sleep 1
+    echo "and here" > /dev/tty1
+    /host/usr/bin/fbcat /dev/fb0 > /results/vfb16-console-2.ppm
+    wait
+    # A script keeps the console off between its commands and gives it back at its end:
+    # the first two readings are equal, the console's repaint makes the third differ.
+    cli="$BUILD/tools/vantor/vantor"
+    "$cli" console off && "$cli" text --at 10,10 "A script" > /results/script.log 2>&1
+    /host/usr/bin/fbcat /dev/fb0 > /results/script-1.ppm
+    echo "between two commands" > /dev/tty1
+    /host/usr/bin/fbcat /dev/fb0 > /results/script-2.ppm
+    "$cli" console on
+    echo "after the script" > /dev/tty1
+    /host/usr/bin/fbcat /dev/fb0 > /results/script-3.ppm
 fi
 power_off

@@ -131,14 +131,18 @@ check_boot() {
 
 # Each reading (a PPM: a header, then 800x480 pixels) must equal, pixel for pixel, the
 # simulator's picture of the same program on a panel of layout $1, or on its DRM card
-# when $1 is drm. A black reference would prove nothing.
+# when $1 is drm, turned by $turned degrees if that is set. A black reference would
+# prove nothing.
 compare_screens() {
-  local shots="$work/reference-$1" size=$((800 * 480 * 3)) reading differ
+  local degrees=${turned:-0} picture=800x480
+  local shots="$work/reference-$1-$degrees" size=$((800 * 480 * 3)) reading differ
   local panel=(--format "$1") device=/dev/fb0
   [ "$1" = drm ] && panel=(--drm) && device=/dev/dri/card0
+  [ $((degrees % 180)) = 0 ] || picture=480x800  # the simulator's panel is then 800x480
   rm -rf "$shots"
-  "$build/tools/sim/vantor-sim" --screen 800x480 "${panel[@]}" --fonts "$fonts" --shots "$shots" \
-    --keys none -- "$build/tests/system/vantor_system_screen" "$device" > "$shots.log" 2>&1 ||
+  "$build/tools/sim/vantor-sim" --screen $picture --rotate "$degrees" "${panel[@]}" \
+    --fonts "$fonts" --shots "$shots" --keys none -- \
+    "$build/tests/system/vantor_system_screen" "$device" "turn=$degrees" > "$shots.log" 2>&1 ||
     { cat "$shots.log"; fail "the simulator could not draw the reference"; }
   pngtopnm "$(ls "$shots"/*.png | tail -1)" | tail -c $size > "$shots.rgb"
   [ "$(tr -d '\0' < "$shots.rgb" | wc -c)" -gt 10000 ] || fail "the $1 reference is black"
@@ -175,7 +179,12 @@ check_boot "$work/results-drm"
 results="$work/results-64"
 compare_screens xbgr8888 "$results/vfb.ppm"
 compare_screens xrgb8888 "$results/bochs.ppm" "$results/scanout.ppm"
-compare_screens bgr565 "$results/vfb16.ppm"
+compare_screens bgr565 "$results/vfb16.ppm" "$results/vfb16-console-1.ppm" \
+  "$results/vfb16-console-2.ppm"
+turned=90 compare_screens xbgr8888 "$results/vfb-90.ppm"
+turned=270 compare_screens xbgr8888 "$results/vfb-270.ppm"
+cmp -s "$results/script-1.ppm" "$results/script-2.ppm" || failed+=("console between commands")
+cmp -s "$results/script-2.ppm" "$results/script-3.ppm" && failed+=("console not given back")
 # The DRM cards while the program holds them: bochs without and with fbdev emulation, and
 # virtio-gpu, which shows only the rectangles DIRTYFB named. After the program the console
 # is back on bochs exactly as before it.

@@ -1,17 +1,37 @@
 /* Draws one fixed screen with every kind of drawing the library does and leaves it
  * there, so the same screen can be read from a real framebuffer and from the simulator
- * and compared pixel for pixel. A DRM card shows it only while the program runs: given
- * a second argument, the program says "held" and keeps the card until that file exists.
- *   vantor_system_screen [DEVICE [RELEASE-FILE]] */
+ * and compared pixel for pixel. Words after the device: "turn=DEG" turns the picture on
+ * the panel; "hold" keeps the kernel console off the picture and the program running
+ * for three seconds after drawing; any other word is a release file: a DRM card shows
+ * the screen only while the program runs, so it says "held" and keeps the card until
+ * that file exists.
+ *   vantor_system_screen [DEVICE [turn=DEG] [hold] [RELEASE-FILE]] */
 #include <stddef.h>
 #include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
 #include <unistd.h>
 #include <vantor.h>
 
 int main(int argc, char** argv) {
     const char* device = argc > 1 ? argv[1] : "/dev/fb0";
+    const char* release = NULL;
+    int turn = 0, hold = 0;
+    for (int i = 2; i < argc; ++i) {
+        if (strncmp(argv[i], "turn=", 5) == 0) {
+            turn = atoi(argv[i] + 5);
+        } else if (strcmp(argv[i], "hold") == 0) {
+            hold = 1;
+        } else {
+            release = argv[i];
+        }
+    }
     if (InitFramebuffer(device) == NULL) return 1;
-    InitCanvas(0, 0, 800, 480);
+    if (setRotation(turn) != 0) return 2;
+    if (hold && setConsoleGraphics(VANTOR_CONSOLE_OFF) != 0) return 3;
+    int width = 800, height = 480;
+    getScreenSize(&width, &height); /* the whole screen, turned or not */
+    InitCanvas(0, 0, width, height);
     WriteAlignedTextWithBackground(0, 8, "Vantor system test", 0x000000, 0xFFFFFF, 1,
                                    eAlignCenter | eAlignFillLine);
     WriteText(16, 40, "Regular 0123456789 \xe9\xe8\xfc", 0x00FF00, 0);
@@ -23,10 +43,11 @@ int main(int argc, char** argv) {
     ShowDialog(lines, 0, eAlignLeft);
     InitProgress(40, 300, 320, 70);
     ShowProgress("Forty-two percent", eAlignLeft, 42.0f);
-    if (argc > 2) {
+    if (hold) sleep(3);
+    if (release != NULL) {
         puts("held");
         fflush(stdout);
-        while (access(argv[2], F_OK) != 0) usleep(50000);
+        while (access(release, F_OK) != 0) usleep(50000);
     }
     return 0;
 }

@@ -120,6 +120,8 @@ TEST(VantorCommand, RefusesWhatItCannotDoWithItsOwnStatusAndMessage) {
          "cannot use the display /dev/fb7: No such file or directory"},
         {"gauge --percent 0x20", 2, "bad --percent \"0x20\""},
         {"key --timeout 1", 7, "no keypad"},
+        {"menu --rotate -90 A", 2, "bad --rotate \"-90\""},
+        {"console sideways", 2, "give off or on"},
         {"key --keycodes qwerty", 2, "--keycodes \"qwerty\" is not tca8418 or common"},
         {"key --keypad ,", 2, "--keypad \",\""},
     };
@@ -285,4 +287,20 @@ TEST(VantorCommand, OkFirstDialogLooksLikeTheLibrarysOwn) {
                   .status);
     EXPECT_TRUE(ReadPng(okFirst + "/0002.png").rgb == ReadPng(cancelFirst + "/0001.png").rgb);
     EXPECT_FALSE(ReadPng(okFirst + "/0001.png").rgb == ReadPng(cancelFirst + "/0001.png").rgb);
+}
+
+// A panel mounted turned: the simulator's picture is the panel's own, portrait for a
+// landscape layout at 90 degrees, with the layout's top-left corner at its top-right. A
+// script's console commands are no failure where there is no virtual terminal.
+TEST(VantorCommand, TurnsThePictureForThePanelAndLeavesAMissingConsoleAlone) {
+    const std::string dir = MakeTempDir(), cli = VANTOR_CLI;
+    ASSERT_EQ(0, Shell(std::string(VANTOR_SIM) + " --no-view --shots " + dir +
+                       " --rotate 90 --keys none -- sh -c '" + cli + " text --at 0,0 Turn && " +
+                       cli + " console off && " + cli + " console on'")
+                     .status);
+    const Picture panel = ReadPng(dir + "/0001.png");
+    ASSERT_EQ(480u, panel.width);
+    EXPECT_GT(panel.count(0xFFFFFF, 464, 0, 480, 32), 20);  // "Turn", 32 x 16, turned
+    EXPECT_EQ(panel.count(0xFFFFFF, 0, 0, 480, 800), panel.count(0xFFFFFF, 464, 0, 480, 32));
+    EXPECT_EQ(2, Shell("VANTOR_ROTATION=45 " + cli + " clear").status);
 }

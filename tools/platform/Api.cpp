@@ -111,6 +111,16 @@ VP_API int vp_dir_map(const char* virtual_dir, const char* host_dir) {
     return System().MapDirectory(virtual_dir, host_dir);
 }
 
+VP_API int vp_vt_add(int mode) {
+    if (mode != 0 && mode != 1) return -1;
+    const char digit = char('0' + mode);
+    return System().AddFile(VantorPlatform::VirtualConsole::kPath, &digit, 1);
+}
+
+VP_API int vp_vt_mode(void) {
+    return System().ConsoleMode();
+}
+
 VP_API int vp_input_add(int index, const char* name) {
     return System().AddInput(index, index, name);
 }

@@ -11,6 +11,8 @@ const char* const kVirtualDirectories[] = {"/dev/dri", "/dev/input", "/sys/class
                                            "/usr/share/fonts/vantor"};
 // Framebuffer devices are siblings of real devices in /dev, so only their names are ours.
 const char kFramebufferPrefix[] = "/dev/fb";
+// The console alone of the terminals: the host's must never be touched from a test.
+const char kConsole[] = "/dev/tty0";
 
 bool IsWithin(const char* path, const char* dir, size_t length) {
     return std::strncmp(path, dir, length) == 0 && (path[length] == '\0' || path[length] == '/');
@@ -27,6 +29,7 @@ bool VirtualPaths::MayBeVirtual(const char* path) {
 
 bool VirtualPaths::UnderPrefix(const char* path) {
     if (std::strncmp(path, kFramebufferPrefix, sizeof(kFramebufferPrefix) - 1) == 0) return true;
+    if (std::strcmp(path, kConsole) == 0) return true;
     for (const char* dir : kVirtualDirectories) {
         if (IsWithin(path, dir, std::strlen(dir))) return true;
     }

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
 
 #include "RealCalls.h"
 
@@ -161,6 +162,18 @@ int VirtualSystem::AddFile(const char* path, const void* data, size_t size) {
     if (!Redirect(path, real)) return -1;
     root.MakeParents(real);
     return WriteFile(real, data, size);
+}
+
+int VirtualSystem::ConsoleMode() {
+    Lock lock(mutex);
+    std::string real;
+    if (!Redirect(VirtualConsole::kPath, real)) return -1;
+    const int fd = RealCalls::Open(real.c_str(), O_RDONLY | O_CLOEXEC, 0);
+    if (fd < 0) return -1;
+    char digit = 0;
+    const bool read = pread(fd, &digit, 1, 0) == 1;
+    RealCalls::Close(fd);
+    return read ? digit - '0' : -1;
 }
 
 // A new file rather than the old one rewritten: a program that has the old one open
@@ -322,6 +335,8 @@ void VirtualSystem::Opened(const char* path, int fd) {
         if (table.Add(fd, path, -1)) card->Opened(fd);
     } else if (InputDevice* device = Input(InputOfNode(path))) {
         if (table.Add(fd, "", InputOfNode(path))) ++device->openCount;
+    } else if (std::strcmp(path, VirtualConsole::kPath) == 0) {
+        table.Add(fd, VirtualConsole::kPath, -1);  // a device path that is no framebuffer
     }
 }
 
@@ -342,6 +357,10 @@ void VirtualSystem::Closing(int fd) {
 
 bool VirtualSystem::AnswerIoctl(int fd, unsigned long request, void* argument, int& error) {
     Lock lock(mutex);
+    const DescriptorTable::Entry* entry = table.Find(fd);
+    if (entry != nullptr && entry->framebuffer == VirtualConsole::kPath) {
+        return VirtualConsole::Answer(fd, request, argument, error);
+    }
     if (DrmCardDevice* card = CardOf(fd)) {
         error = card->AnswerIoctl(fd, request, argument);
         return true;

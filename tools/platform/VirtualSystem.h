@@ -15,6 +15,7 @@
 #include "FramebufferDevice.h"
 #include "InputDevice.h"
 #include "PrivateRoot.h"
+#include "VirtualConsole.h"
 #include "VirtualPaths.h"
 #include "vantor_platform.h"
 
@@ -42,6 +43,7 @@ class VirtualSystem {
     int AddFile(const char* path, const void* data, size_t size);
     int RemoveFile(const char* path);
     int MapDirectory(const char* virtualDir, const char* hostDir);
+    int ConsoleMode();
     // A negative event number makes the name file alone, without node or eventM entry.
     int AddInput(int index, int event, const char* name);
     int RemoveInput(int index);

@@ -139,6 +139,13 @@ int vp_file_add(const char* path, const void* data, size_t size);
 int vp_file_remove(const char* path);
 int vp_dir_map(const char* virtual_dir, const char* host_dir);
 
+/* The virtual terminal console /dev/tty0, missing until vp_vt_add makes it in mode
+ * 0 (KD_TEXT) or 1 (KD_GRAPHICS). Its descriptors answer KDGETMODE and KDSETMODE; the
+ * mode lives in the directory, so processes attached to one directory share it.
+ * vp_vt_mode is the mode now, or -1 without a console. */
+int vp_vt_add(int mode);
+int vp_vt_mode(void);
+
 /* Input devices: the name file /sys/class/input/input<N>/name (name plus a newline),
  * the event node /dev/input/event<M> and the directory /sys/class/input/input<N>/event<M>
  * that tells M, as the kernel has them. The node reads like an evdev node: select and

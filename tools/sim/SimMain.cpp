@@ -46,6 +46,12 @@ const char kUsage[] =
     "                      rgbx8888, bgrx8888, rgb888, bgr888, rgb565, bgr565\n"
     "  --pad BYTES         padding at the end of every row of screen memory\n"
     "  --pan X,Y           the visible page starts at (X, Y) of a larger virtual screen\n"
+    "  --rotate DEG        the panel is mounted turned DEG degrees clockwise (0, 90,\n"
+    "                      180, 270): --screen stays the picture programs lay out,\n"
+    "                      the panel is its turned shape (portrait for 90 and 270)\n"
+    "                      and the PNG files show the panel's pixels. The vantor\n"
+    "                      command turns its picture by itself (VANTOR_ROTATION is\n"
+    "                      set); other programs call setRotation\n"
     "  --keys LIST         keys to press, one at each wait for a key: up, down, ok,\n"
     "                      select, back, cancel, home (each delivers the VANTOR_KEY_*\n"
     "                      code of that name), left and right (the same as up and\n"
@@ -81,7 +87,7 @@ const char kUsage[] =
     "signal N; 127 when PROGRAM cannot be run; 2 for bad options.\n";
 
 struct Options {
-    std::string screen = "800x480", fb = "/dev/fb0", shots, fonts;
+    std::string screen = "800x480", fb = "/dev/fb0", shots, fonts, rotate;
     std::string keypadName, keyCodes;
     std::vector<std::string> keyTexts;  // parsed once --keycodes is known
     std::vector<VantorSim::KeyStep> keys;
@@ -174,6 +180,11 @@ Options Parse(int argc, char** argv) {
             if (std::sscanf(Value(i, argc, argv).c_str(), "%d,%d", &panel.panX, &panel.panY) != 2 ||
                 panel.panX < 0 || panel.panY < 0 || panel.panX > 4096 || panel.panY > 4096)
                 Fail("bad --pan: give X,Y from 0 to 4096, e.g. 0,480");
+        } else if (arg == "--rotate") {
+            options.rotate = Value(i, argc, argv);
+            if (options.rotate != "0" && options.rotate != "90" && options.rotate != "180" &&
+                options.rotate != "270")
+                Fail("--rotate is 0, 90, 180 or 270");
         } else if (arg == "--shots") {
             options.shots = Value(i, argc, argv);
         } else if (arg == "--shot-on-update") {
@@ -254,6 +265,13 @@ std::string FindFonts(const std::string& given) {
     Fail("no fonts installed: give --fonts DIR holding lr.tf and lb.tf");
 }
 
+// The panel: the picture's size, turned on its side for a quarter turn.
+std::string PanelSize(const Options& options) {
+    if (options.rotate != "90" && options.rotate != "270") return options.screen;
+    const size_t x = options.screen.find('x');
+    return options.screen.substr(x + 1) + "x" + options.screen.substr(0, x);
+}
+
 // The environment every process of the session inherits; set in the child only.
 struct Environment {
     std::vector<std::pair<std::string, std::string>> values;
@@ -267,7 +285,8 @@ Environment Prepare(const Options& options, const std::string& session) {
     env.Set("LD_PRELOAD",
             FindLibrary("libvantor-platform.so") + ":" + FindLibrary("libvantor-sim.so"));
     env.Set("VANTOR_SIM_SESSION", session);
-    env.Set("VANTOR_SIM_SCREEN", options.screen);
+    env.Set("VANTOR_SIM_SCREEN", PanelSize(options));
+    if (!options.rotate.empty()) env.Set("VANTOR_ROTATION", options.rotate);
     env.Set("VANTOR_SIM_FB", options.fb);
     env.Set("VANTOR_SIM_PANEL", options.panel.Encode());
     if (options.drm) env.Set("VANTOR_SIM_DRM", "1");

@@ -1,5 +1,7 @@
 #include "CommandLine.h"
 
+#include <cstdlib>
+
 #include "KeyChoice.h"
 #include "Values.h"
 
@@ -7,9 +9,9 @@ namespace VantorTool {
 
 namespace {
 
-const std::vector<OptionRule> kCommon = {{"--device", true}, {"--geometry", true},
-                                         {"--help", false},  {"-h", false},
-                                         {"--keypad", true}, {"--keycodes", true}};
+const std::vector<OptionRule> kCommon = {
+    {"--device", true}, {"--geometry", true}, {"--help", false},   {"-h", false},
+    {"--rotate", true}, {"--keypad", true},   {"--keycodes", true}};
 
 }  // namespace
 
@@ -51,6 +53,12 @@ CommandLine::CommandLine(int argc, char** argv, const std::vector<OptionRule>& a
     if (has("--geometry")) ParseBox("--geometry", value("--geometry"));
     // Handed to the library at once, so that every later InitKeypad uses them.
     ChooseKeys(*this);
+    // --rotate stands for VANTOR_ROTATION in this process, which the display reads.
+    if (has("--rotate")) {
+        ParseRotation("--rotate", value("--rotate"));
+        setenv("VANTOR_ROTATION", value("--rotate").c_str(), 1);
+    }
+    ChosenRotation();
 }
 
 std::string CommandLine::value(const std::string& option, const std::string& fallback) const {

@@ -13,6 +13,7 @@ int RunClear(int argc, char** argv);
 int RunGauge(int argc, char** argv);
 int RunCopy(int argc, char** argv);
 int RunKey(int argc, char** argv);
+int RunConsole(int argc, char** argv);
 
 extern const char kHelp[];
 

@@ -19,6 +19,7 @@ enum ExitStatus {
     kExitNoKeypad = 7,    // no keypad found, or it went away while waiting
     kExitNoDisplay = 8,   // the display could not be opened or drawn on
     kExitAnswerLost = 9,  // the answer could not be written to stdout
+    kExitNoConsole = 10,  // the console's mode may not be changed (not root)
 };
 
 // A failure that ends the command with a status of its own and one line on stderr.

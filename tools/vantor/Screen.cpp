@@ -43,7 +43,8 @@ std::string WhyUnusable(const std::string& device) {
     close(fd);
     if (framebuffer) return "the library could not map it or load its fonts (see above)";
     // A DRM card answers no framebuffer request; the library's own line says what it found.
-    if (device.rfind("/dev/dri/", 0) == 0) return "the library could not drive the card (see above)";
+    if (device.rfind("/dev/dri/", 0) == 0)
+        return "the library could not drive the card (see above)";
     return std::string("not a framebuffer (") + std::strerror(error) + ")";
 }
 
@@ -60,7 +61,8 @@ Screen::Screen(const std::string& device) {
         throw CommandFailure(kExitNoDisplay,
                              "cannot use the display " + tried + ": " + WhyUnusable(tried));
     }
-    if (getScreenSize(&screenWidth, &screenHeight) != 0 || getFontSize(0, &cellW, &cellH) != 0) {
+    if (setRotation(ChosenRotation()) != 0 || getScreenSize(&screenWidth, &screenHeight) != 0 ||
+        getFontSize(0, &cellW, &cellH) != 0) {
         throw CommandFailure(kExitNoDisplay, "cannot use the display " + tried);
     }
 }

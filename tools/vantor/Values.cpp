@@ -97,4 +97,17 @@ int ParseAlign(const std::string& option, const std::string& text) {
     Refuse(option, text, "give left, center or right");
 }
 
+int ParseRotation(const std::string& option, const std::string& text) {
+    for (int degrees : {0, 90, 180, 270}) {
+        if (text == std::to_string(degrees)) return degrees;
+    }
+    Refuse(option, text, "give 0, 90, 180 or 270 (degrees clockwise)");
+}
+
+int ChosenRotation() {
+    const char* chosen = std::getenv("VANTOR_ROTATION");
+    if (chosen == nullptr || *chosen == '\0') return 0;
+    return ParseRotation("VANTOR_ROTATION", chosen);
+}
+
 }  // namespace VantorTool

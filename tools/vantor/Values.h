@@ -20,6 +20,8 @@ int ParseAlign(const std::string& option, const std::string& text);  // an eAlig
 // A plain decimal number ("42", "-1.5", "7."): no hex, exponent, inf or nan, which
 // strtof would also take and a script never means.
 bool ReadDecimal(const std::string& text, float& value);
+int ParseRotation(const std::string& option, const std::string& text);  // 0, 90, 180 or 270
+int ChosenRotation();  // VANTOR_ROTATION, or 0 when it is unset or empty
 
 }  // namespace VantorTool
 

@@ -22,8 +22,9 @@ struct Command {
 };
 
 const Command kCommands[] = {
-    {"menu", RunMenu},   {"yesno", RunYesNo}, {"ok", RunOk},     {"text", RunText},
-    {"clear", RunClear}, {"gauge", RunGauge}, {"copy", RunCopy}, {"key", RunKey},
+    {"menu", RunMenu},       {"yesno", RunYesNo}, {"ok", RunOk},     {"text", RunText},
+    {"clear", RunClear},     {"gauge", RunGauge}, {"copy", RunCopy}, {"key", RunKey},
+    {"console", RunConsole},  // the kernel console, across the commands of a script
 };
 
 bool AsksFor(int argc, char** argv, const char* option, const char* shortOption) {

@@ -1,0 +1,301 @@
+// SPDX-License-Identifier: MIT
+// The block transfers of a screen: the one place where a turned picture is turned.
+// Unturned blocks go row by row through the pixel layout's row conversions. Turned ones
+// go tile by tile: a tile is turned into panel order in a small buffer, whose rows then
+// take the same row conversions; where no conversion is needed the tile is the panel
+// memory itself.
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+#include "vantor/Screen.h"
+
+namespace Vantor {
+
+namespace {
+
+// A tile is kTileRows panel rows of kTileColumns pixels. At 90 and 270 degrees a panel
+// row is a buffer column, so a tile covers kTileColumns buffer rows of kTileRows pixels:
+// whole cache lines, all used before the next tile, where a whole panel row at a time
+// would fetch a new line for every pixel. The rows are long enough that each row
+// conversion call carries plenty of pixels.
+const int kTileRows = 16;
+const int kTileColumns = 128;
+
+// Where the buffer pixel for panel pixel (column i, row j) of the block's panel
+// rectangle lies: base + j * rowStep + i * columnStep, in pixels. At 90 and 270 the row
+// step is ±1 and the column step ± the buffer's pitch; at 180 the other way round.
+struct Path {
+    ptrdiff_t base;
+    ptrdiff_t rowStep;
+    ptrdiff_t columnStep;
+};
+
+typedef uint32_t Quad __attribute__((vector_size(16)));
+typedef uint16_t HalfQuad __attribute__((vector_size(8)));
+
+// Four pixels of a buffer or tile. A 16-bit tile is panel memory holding raw pixels,
+// which widen to and narrow from the buffer's 32 bits unchanged. Vectors are passed by
+// reference: by value they would take an ABI that 32-bit x86 without SSE lacks.
+void LoadQuad(const uint32_t* from, Quad& quad) {
+    std::memcpy(&quad, from, sizeof(quad));
+}
+
+void LoadQuad(const uint16_t* from, Quad& quad) {
+    HalfQuad half;
+    std::memcpy(&half, from, sizeof(half));
+    quad = __builtin_convertvector(half, Quad);
+}
+
+void StoreQuad(uint32_t* to, const Quad& quad) {
+    std::memcpy(to, &quad, sizeof(quad));
+}
+
+void StoreQuad(uint16_t* to, const Quad& quad) {
+    const HalfQuad half = __builtin_convertvector(quad, HalfQuad);
+    std::memcpy(to, &half, sizeof(half));
+}
+
+// Row r of `to` takes column r of a 4 x 4 block of `from`; either side's rows may run
+// backwards (a negative stride), which turns the block by a quarter either way.
+template <typename From, typename To>
+void Transpose4(const From* from, ptrdiff_t fromStride, To* to, ptrdiff_t toStride) {
+    Quad a0, a1, a2, a3;
+    LoadQuad(from, a0);
+    LoadQuad(from + fromStride, a1);
+    LoadQuad(from + 2 * fromStride, a2);
+    LoadQuad(from + 3 * fromStride, a3);
+    const Quad t0 = __builtin_shufflevector(a0, a1, 0, 4, 1, 5);
+    const Quad t1 = __builtin_shufflevector(a0, a1, 2, 6, 3, 7);
+    const Quad t2 = __builtin_shufflevector(a2, a3, 0, 4, 1, 5);
+    const Quad t3 = __builtin_shufflevector(a2, a3, 2, 6, 3, 7);
+    StoreQuad(to, __builtin_shufflevector(t0, t2, 0, 1, 4, 5));
+    StoreQuad(to + toStride, __builtin_shufflevector(t0, t2, 2, 3, 6, 7));
+    StoreQuad(to + 2 * toStride, __builtin_shufflevector(t1, t3, 0, 1, 4, 5));
+    StoreQuad(to + 3 * toStride, __builtin_shufflevector(t1, t3, 2, 3, 6, 7));
+}
+
+// Four pixels in reverse order: a run of a half turn.
+template <typename From, typename To>
+void Reverse4(const From* from, To* to) {
+    Quad quad;
+    LoadQuad(from, quad);
+    StoreQuad(to, __builtin_shufflevector(quad, quad, 3, 2, 1, 0));
+}
+
+// Moves one tile between the buffer (from a pixel offset, along a path) and a tile of
+// panel-ordered rows `tileStride` pixels apart. Whole 4 x 4 blocks (quarter turns) and
+// runs of 4 (half turns) move as vectors; what is left at the edges pixel by pixel.
+class TileMover {
+  public:
+    TileMover(const Path& p, int r, int c, ptrdiff_t s)
+        : path(p), rows(r), columns(c), tileStride(s) {}
+
+    int Rows() const { return rows; }
+    int Columns() const { return columns; }
+
+    template <typename Cell>
+    void Gather(const uint32_t* at, Cell* tile) const {
+        Visit(
+            [&](ptrdiff_t buffer, ptrdiff_t cells, ptrdiff_t cellStride) {
+                Transpose4(at + buffer, path.columnStep, tile + cells, cellStride);
+            },
+            [&](ptrdiff_t buffer, ptrdiff_t cells) { Reverse4(at + buffer, tile + cells); },
+            [&](ptrdiff_t buffer, ptrdiff_t cell) { tile[cell] = Cell(at[buffer]); });
+    }
+
+    template <typename Cell>
+    void Scatter(const Cell* tile, uint32_t* at) const {
+        Visit(
+            [&](ptrdiff_t buffer, ptrdiff_t cells, ptrdiff_t cellStride) {
+                Transpose4(tile + cells, cellStride, at + buffer, path.columnStep);
+            },
+            [&](ptrdiff_t buffer, ptrdiff_t cells) { Reverse4(tile + cells, at + buffer); },
+            [&](ptrdiff_t buffer, ptrdiff_t cell) { at[buffer] = tile[cell]; });
+    }
+
+  private:
+    // Calls block(buffer offset, tile offset, tile row stride) per 4 x 4 block of a
+    // quarter turn, run(buffer offset, tile offset) per run of 4 of a half turn, and
+    // pixel(buffer offset, tile offset) for every other pixel. The buffer side of a
+    // block or run starts at its lowest address, so it runs forwards.
+    template <typename Block4, typename Run4, typename Pixel>
+    void Visit(Block4 block, Run4 run, Pixel pixel) const {
+        const bool quarter = path.rowStep == 1 || path.rowStep == -1;
+        const int blockRows = quarter ? rows & ~3 : rows;
+        const int blockColumns = columns & ~3;
+        const bool backwards = path.rowStep < 0;
+        for (int j = 0; j < blockRows; j += quarter ? 4 : 1) {
+            const int first = quarter && backwards ? j + 3 : j;
+            const ptrdiff_t cellStride = quarter && backwards ? -tileStride : tileStride;
+            for (int i = 0; i < blockColumns; i += 4) {
+                if (quarter) {
+                    block(first * path.rowStep + i * path.columnStep, first * tileStride + i,
+                          cellStride);
+                } else {
+                    run(j * path.rowStep + (i + 3) * path.columnStep, j * tileStride + i);
+                }
+            }
+        }
+        for (int j = 0; j < rows; ++j) {
+            for (int i = j < blockRows ? blockColumns : 0; i < columns; ++i) {
+                pixel(j * path.rowStep + i * path.columnStep, j * tileStride + i);
+            }
+        }
+    }
+
+    Path path;
+    int rows;
+    int columns;
+    ptrdiff_t tileStride;
+};
+
+// Panel memory that can serve as the tile itself: pixels of `bytes` bytes, each on its
+// natural alignment.
+bool IsAligned(const uint8_t* memory, size_t stride, size_t bytes) {
+    return reinterpret_cast<uintptr_t>(memory) % bytes == 0 && stride % bytes == 0;
+}
+
+}  // namespace
+
+CScreen::Block CScreen::PanelBlock(int x, int y, int w, int h) const {
+    const int panelWidth = getPanelWidth();
+    const int panelHeight = getPanelHeight();
+    switch (rotation) {
+        case 90:
+            return {panelWidth - y - h, x, h, w};
+        case 180:
+            return {panelWidth - x - w, panelHeight - y - h, w, h};
+        case 270:
+            return {y, panelHeight - x - w, h, w};
+        default:
+            return {x, y, w, h};
+    }
+}
+
+// Unturned, calls rows(offset in the buffer, panel memory, count) once per row. Turned,
+// calls tiles(mover, offset in the buffer, panel memory of the tile's first pixel) once
+// per tile; the mover's tile rows are `tileStride` pixels apart.
+template <typename Rows, typename Tiles>
+void CScreen::Walk(size_t pitch, int x, int y, int w, int h, ptrdiff_t tileStride, Rows rows,
+                   Tiles tiles) const {
+    const ptrdiff_t p = ptrdiff_t(pitch);
+    if (rotation == 0) {
+        for (int r = 0; r < h; ++r) rows(r * p, At(x, y + r), w);
+        return;
+    }
+    Path path;
+    if (rotation == 90) {
+        path = {(h - 1) * p, 1, -p};
+    } else if (rotation == 180) {
+        path = {(h - 1) * p + w - 1, -p, -1};
+    } else {
+        path = {w - 1, -1, p};
+    }
+    const Block panel = PanelBlock(x, y, w, h);
+    const auto tile = [&](int i, int j) {
+        const TileMover mover(path, std::min(kTileRows, panel.height - j),
+                              std::min(kTileColumns, panel.width - i), tileStride);
+        tiles(mover, path.base + j * path.rowStep + i * path.columnStep,
+              At(panel.x + i, panel.y + j));
+    };
+    // Tiles go in the order that walks the buffer's rows forwards, as far as a turn
+    // allows: at a quarter turn its rows are the panel's columns.
+    const bool quarter = rotation != 180;
+    for (int outer = 0; outer < (quarter ? panel.width : panel.height);
+         outer += quarter ? kTileColumns : kTileRows) {
+        for (int inner = 0; inner < (quarter ? panel.height : panel.width);
+             inner += quarter ? kTileRows : kTileColumns) {
+            quarter ? tile(outer, inner) : tile(inner, outer);
+        }
+    }
+}
+
+// The canvases' own layout needs no conversion, so a turned tile goes straight onto
+// the panel; any other goes through a tile buffer and the layout's row conversion.
+void CScreen::EncodeBlock(const uint32_t* colours, size_t pitch, int x, int y, int w, int h) const {
+    const bool direct = format.IsNative() && IsAligned(pStart, stride, 4);
+    uint32_t tile[kTileRows * kTileColumns];
+    Walk(
+        pitch, x, y, w, h, direct ? ptrdiff_t(stride / 4) : ptrdiff_t(kTileColumns),
+        [&](ptrdiff_t at, uint8_t* device, int count) {
+            format.EncodeRow(colours + at, device, size_t(count));
+        },
+        [&](const TileMover& mover, ptrdiff_t at, uint8_t* device) {
+            if (direct) {
+                mover.Gather(colours + at, reinterpret_cast<uint32_t*>(device));
+                return;
+            }
+            mover.Gather(colours + at, tile);
+            for (int j = 0; j < mover.Rows(); ++j) {
+                format.EncodeRow(tile + j * kTileColumns, device + j * stride,
+                                 size_t(mover.Columns()));
+            }
+        });
+}
+
+// Raw 32-bit and 16-bit pixels are the panel's own words, so those tiles move straight
+// between the panel and the background; 24-bit ones go through the row conversions.
+template <typename Direct, typename Converted>
+void CScreen::RawTiles(Direct direct, Converted converted) const {
+    if (format.getBytesPerPixel() == 4 && IsAligned(pStart, stride, 4)) {
+        direct(uint32_t(), ptrdiff_t(stride / 4));
+    } else if (format.getBytesPerPixel() == 2 && IsAligned(pStart, stride, 2)) {
+        direct(uint16_t(), ptrdiff_t(stride / 2));
+    } else {
+        converted();
+    }
+}
+
+void CScreen::ReadBlock(uint32_t* raw, size_t pitch, int x, int y, int w, int h) const {
+    const auto rows = [&](ptrdiff_t at, uint8_t* device, int count) {
+        format.ReadRaw(device, raw + at, size_t(count));
+    };
+    RawTiles(
+        [&](auto cell, ptrdiff_t tileStride) {
+            using Cell = decltype(cell);
+            Walk(pitch, x, y, w, h, tileStride, rows,
+                 [&](const TileMover& mover, ptrdiff_t at, uint8_t* device) {
+                     mover.Scatter(reinterpret_cast<const Cell*>(device), raw + at);
+                 });
+        },
+        [&] {
+            uint32_t tile[kTileRows * kTileColumns];
+            Walk(pitch, x, y, w, h, kTileColumns, rows,
+                 [&](const TileMover& mover, ptrdiff_t at, uint8_t* device) {
+                     for (int j = 0; j < mover.Rows(); ++j) {
+                         format.ReadRaw(device + j * stride, tile + j * kTileColumns,
+                                        size_t(mover.Columns()));
+                     }
+                     mover.Scatter(tile, raw + at);
+                 });
+        });
+}
+
+void CScreen::WriteBlock(const uint32_t* raw, size_t pitch, int x, int y, int w, int h) const {
+    const auto rows = [&](ptrdiff_t at, uint8_t* device, int count) {
+        format.WriteRaw(raw + at, device, size_t(count));
+    };
+    RawTiles(
+        [&](auto cell, ptrdiff_t tileStride) {
+            using Cell = decltype(cell);
+            Walk(pitch, x, y, w, h, tileStride, rows,
+                 [&](const TileMover& mover, ptrdiff_t at, uint8_t* device) {
+                     mover.Gather(raw + at, reinterpret_cast<Cell*>(device));
+                 });
+        },
+        [&] {
+            uint32_t tile[kTileRows * kTileColumns];
+            Walk(pitch, x, y, w, h, kTileColumns, rows,
+                 [&](const TileMover& mover, ptrdiff_t at, uint8_t* device) {
+                     mover.Gather(raw + at, tile);
+                     for (int j = 0; j < mover.Rows(); ++j) {
+                         format.WriteRaw(tile + j * kTileColumns, device + j * stride,
+                                         size_t(mover.Columns()));
+                     }
+                 });
+        });
+}
+
+}  // namespace Vantor
