@@ -9,6 +9,7 @@
 #include <cstring>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "DrmCard.h"
 #include "DrmDevice.h"
@@ -26,33 +27,25 @@ const char* const kClassName = "CFramebuffer";
 // receives a request of another kind; a node that does not answer it is asked whether
 // it is a DRM card before the fbdev failure is reported.
 CDisplayDevice* CDisplayDevice::Open(const char* path) {
-    const int fd = open(path, O_RDWR | O_CLOEXEC);
-    if (fd < 0) {
+    UniqueFd node = UniqueFd::Open(path, O_RDWR);
+    if (!node.IsOpen()) {
         printf("%s: can't access frame buffer device at %s\n", kClassName, path);
         return nullptr;
     }
-    std::unique_ptr<CDisplayDevice> device;
-    try {
-        device.reset(Identify(fd, path));
-    } catch (...) {
-        if (fd > 0) close(fd);  // no device took the descriptor over
-        throw;
-    }
-    if (device == nullptr) {
-        if (fd > 0) close(fd);
-        return nullptr;
-    }
-    // From here the device owns the descriptor and gives back all it took on the way out.
-    return device->Start(path) ? device.release() : nullptr;
+    // The node is closed here unless a device took it over; from then on the device
+    // gives back all it took on the way out.
+    std::unique_ptr<CDisplayDevice> device(Identify(node, path));
+    return device != nullptr && device->Start(path) ? device.release() : nullptr;
 }
 
-CDisplayDevice* CDisplayDevice::Identify(int fd, const char* path) {
+CDisplayDevice* CDisplayDevice::Identify(UniqueFd& node, const char* path) {
+    const int fd = node.Get();
     fb_var_screeninfo var;
     std::memset(&var, 0, sizeof(var));
     const int result = ioctl(fd, FBIOGET_VSCREENINFO, &var);
-    if (result >= 0) return new CFbdevDevice(fd, var);
+    if (result >= 0) return new CFbdevDevice(std::move(node), var);
     std::string driver;
-    if (CDrmCard::Identify(fd, driver)) return new CDrmDevice(fd, driver);
+    if (CDrmCard::Identify(fd, driver)) return new CDrmDevice(std::move(node), driver);
     printf("%s: cannot access variable screen info from %s: %d\n", kClassName, path, result);
     return nullptr;
 }

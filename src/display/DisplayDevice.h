@@ -6,6 +6,7 @@
 #include <stddef.h>
 #include <stdint.h>
 
+#include "io/UniqueFd.h"
 #include "vantor/PixelFormat.h"
 #include "vantor/Screen.h"
 
@@ -27,7 +28,7 @@ class CDisplayDevice {
 
     // The visible page, tied to this device so that a paint through it is shown.
     CScreen Page() const;
-    int Descriptor() const { return fd; }
+    int Descriptor() const { return device.Get(); }
     void* Memory() const { return memory; }
 
     // Sets the device up on its node; false after one line on stdout. The device is
@@ -46,10 +47,11 @@ class CDisplayDevice {
   private:
     // The device that answers on the open node, not yet set up; null after one line on
     // stdout when neither kind answers.
-    static CDisplayDevice* Identify(int fd, const char* path);
+    static CDisplayDevice* Identify(UniqueFd& node, const char* path);
 
   protected:
-    int fd = -1;
+    // Closed after the subclass has given back its mapping and its buffers.
+    UniqueFd device;
     void* memory = nullptr;
     size_t memoryBytes = 0;
     uint8_t* start = nullptr;

@@ -7,6 +7,7 @@
 
 #include <cstdio>
 #include <cstring>
+#include <utility>
 
 namespace Vantor {
 
@@ -29,9 +30,9 @@ std::string ModeName(const drm_mode_modeinfo& mode) {
 
 }  // namespace
 
-CDrmDevice::CDrmDevice(int descriptor, const std::string& driverName)
-    : card(descriptor), driver(driverName) {
-    fd = descriptor;
+CDrmDevice::CDrmDevice(UniqueFd descriptor, const std::string& driverName)
+    : card(descriptor.Get()), driver(driverName) {
+    device = std::move(descriptor);
 }
 
 bool CDrmDevice::Start(const char* path) {
@@ -51,7 +52,6 @@ CDrmDevice::~CDrmDevice() {
         destroy.handle = handle;
         card.Request(DRM_IOCTL_MODE_DESTROY_DUMB, &destroy);
     }
-    if (fd > 0) close(fd);
 }
 
 // One line: what is wrong, where, and what was found there.
@@ -123,8 +123,8 @@ bool CDrmDevice::Map(const char* path) {
     request.handle = handle;
     void* mapped = MAP_FAILED;
     if (card.Request(DRM_IOCTL_MODE_MAP_DUMB, &request) == 0)
-        mapped = mmap(nullptr, size_t(bufferBytes), PROT_READ | PROT_WRITE, MAP_SHARED, fd,
-                      off_t(request.offset));
+        mapped = mmap(nullptr, size_t(bufferBytes), PROT_READ | PROT_WRITE, MAP_SHARED,
+                      device.Get(), off_t(request.offset));
     fb_var_screeninfo var;
     DescribeLayout(var);
     if (mapped == MAP_FAILED || !CPixelFormat::FromDevice(var, format)) {

@@ -16,7 +16,7 @@ namespace Vantor {
 class CDrmDevice : public CDisplayDevice {
   public:
     // Takes over the open descriptor of a card whose driver is named driver.
-    CDrmDevice(int descriptor, const std::string& driver);
+    CDrmDevice(UniqueFd descriptor, const std::string& driver);
     ~CDrmDevice() override;
 
     bool Start(const char* path) override;

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "FbdevDevice.h"
 
-#include <fcntl.h>
 #include <sys/ioctl.h>
 #include <sys/mman.h>
 #include <unistd.h>
@@ -9,6 +8,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <utility>
 
 namespace Vantor {
 
@@ -21,25 +21,22 @@ const unsigned kMaxSide = 65536;
 
 }  // namespace
 
-CFbdevDevice::CFbdevDevice(int descriptor, const fb_var_screeninfo& var) : varInfo(var) {
-    fd = descriptor;
+CFbdevDevice::CFbdevDevice(UniqueFd descriptor, const fb_var_screeninfo& var) : varInfo(var) {
+    device = std::move(descriptor);
     std::memset(&fixInfo, 0, sizeof(fixInfo));
 }
 
 bool CFbdevDevice::Start(const char* path) {
     if (!ReadFixedInfo(path) || !HasDrawableFormat(path) || !HasUsableGeometry(path)) return false;
-    int flags = fcntl(fd, F_GETFD);
-    if (flags >= 0) fcntl(fd, F_SETFD, flags | FD_CLOEXEC);
     return Map(path);
 }
 
 CFbdevDevice::~CFbdevDevice() {
     if (memory != nullptr) munmap(memory, memoryBytes);
-    CloseDevice();
 }
 
 bool CFbdevDevice::ReadFixedInfo(const char* path) {
-    const int result = ioctl(fd, FBIOGET_FSCREENINFO, &fixInfo);
+    const int result = ioctl(device.Get(), FBIOGET_FSCREENINFO, &fixInfo);
     if (result < 0) {
         printf("%s: cannot access fixed screen info from %s: %d\n", kClassName, path, result);
         return false;
@@ -86,7 +83,7 @@ bool CFbdevDevice::HasUsableGeometry(const char* path) {
 }
 
 bool CFbdevDevice::Map(const char* path) {
-    void* mapped = mmap(nullptr, memoryBytes, PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0);
+    void* mapped = mmap(nullptr, memoryBytes, PROT_READ | PROT_WRITE, MAP_SHARED, device.Get(), 0);
     if (mapped == MAP_FAILED) {
         printf("%s: cannot map frame buffer %s to memory\n", kClassName, path);
         return false;
@@ -95,11 +92,6 @@ bool CFbdevDevice::Map(const char* path) {
     start = static_cast<uint8_t*>(mapped) + size_t(varInfo.yoffset) * stride +
             size_t(varInfo.xoffset) * format.getBytesPerPixel();
     return true;
-}
-
-void CFbdevDevice::CloseDevice() {
-    if (fd > 0) close(fd);
-    fd = -1;
 }
 
 void CFbdevDevice::Describe(fb_var_screeninfo& var, fb_fix_screeninfo& fix) const {
@@ -113,9 +105,8 @@ void CFbdevDevice::Describe(fb_var_screeninfo& var, fb_fix_screeninfo& fix) cons
 // are in memory either way, so the result is not used. The driver may write the
 // structure back, hence the copy.
 void CFbdevDevice::Show(int, int, int, int) const {
-    if (fd <= 0) return;
     fb_var_screeninfo info = varInfo;
-    ioctl(fd, FBIOPAN_DISPLAY, &info);
+    ioctl(device.Get(), FBIOPAN_DISPLAY, &info);
 }
 
 }  // namespace Vantor

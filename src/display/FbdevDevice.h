@@ -11,7 +11,7 @@ namespace Vantor {
 class CFbdevDevice : public CDisplayDevice {
   public:
     // Takes over the open descriptor whose variable screen information was just read.
-    CFbdevDevice(int descriptor, const fb_var_screeninfo& var);
+    CFbdevDevice(UniqueFd descriptor, const fb_var_screeninfo& var);
     ~CFbdevDevice() override;
 
     bool Start(const char* path) override;
@@ -23,7 +23,6 @@ class CFbdevDevice : public CDisplayDevice {
     bool HasDrawableFormat(const char* path);
     bool HasUsableGeometry(const char* path);
     bool Map(const char* path);
-    void CloseDevice();
 
     fb_var_screeninfo varInfo;
     fb_fix_screeninfo fixInfo;

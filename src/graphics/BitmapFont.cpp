@@ -12,6 +12,8 @@
 #include <memory>
 #include <stdexcept>
 
+#include "io/UniqueFd.h"
+
 namespace Vantor {
 
 namespace {
@@ -22,16 +24,6 @@ const char kMagic[] = "tinyfont";  // compared with its terminating zero
 // at most, so a page number fits 16 bits.
 const size_t kPageSize = 256;
 const int32_t kIndexedCodes = 0x110000;
-
-// Closes the font file on every way out of ReadFont, the throwing ones included.
-class FileCloser {
-  public:
-    explicit FileCloser(int descriptor) : fd(descriptor) {}
-    ~FileCloser() {
-        if (fd >= 0) close(fd);
-    }
-    int fd;
-};
 
 // One read request; a short read is a failure, never retried.
 bool ReadExactly(int fd, void* buffer, size_t size) {
@@ -89,28 +81,29 @@ int CBitmapFont::ReadFont(const char* fileName) {
     if (fileName == nullptr || fileName[0] == '\0') {
         throw std::runtime_error("Undefined font file name");
     }
-    FileCloser file(open(fileName, O_RDONLY));
-    if (file.fd <= 0) throw std::runtime_error("Cannot open font file");
+    // Closed on every way out, the throwing ones included.
+    const UniqueFd file = UniqueFd::Open(fileName, O_RDONLY);
+    if (file.Get() <= 0) throw std::runtime_error("Cannot open font file");
 
     CFontHeader loaded;
-    if (!ReadExactly(file.fd, &loaded, sizeof(loaded)) ||
+    if (!ReadExactly(file.Get(), &loaded, sizeof(loaded)) ||
         std::memcmp(loaded.magic, kMagic, sizeof(kMagic)) != 0 || !IsPossible(loaded)) {
         throw std::runtime_error("Cannot read font");
     }
     // A header may claim more than the file holds: such a file fails with the message
     // its short read would give, before anything of the claimed size is allocated.
-    const int64_t available = TableBytesAvailable(file.fd);
+    const int64_t available = TableBytesAvailable(file.Get());
     const int64_t codeBytes = int64_t(loaded.glyphCount) * 4;
     const int64_t bitmapBytes = int64_t(loaded.glyphCount) * loaded.glyphHeight * loaded.glyphWidth;
     if (codeBytes > available) throw std::runtime_error("Unable to read glyph codes");
 
     std::unique_ptr<int32_t[]> codes(new int32_t[loaded.glyphCount]);
-    if (!ReadExactly(file.fd, codes.get(), size_t(codeBytes))) {
+    if (!ReadExactly(file.Get(), codes.get(), size_t(codeBytes))) {
         throw std::runtime_error("Unable to read glyph codes");
     }
     if (bitmapBytes > available - codeBytes) throw std::runtime_error("Unable to read glyphs");
     std::unique_ptr<unsigned char[]> bitmaps(new unsigned char[bitmapBytes]);
-    if (!ReadExactly(file.fd, bitmaps.get(), size_t(bitmapBytes))) {
+    if (!ReadExactly(file.Get(), bitmaps.get(), size_t(bitmapBytes))) {
         throw std::runtime_error("Unable to read glyphs");
     }
     std::unique_ptr<char[]> name(new char[std::strlen(fileName) + 1]);

@@ -12,6 +12,7 @@
 
 #include "InputDirectory.h"
 #include "KeyWait.h"
+#include "io/UniqueFd.h"
 
 namespace Vantor {
 
@@ -19,15 +20,19 @@ namespace {
 
 const int kCandidates = 9;  // input0 to input8
 
+// Closes what the public field holds: only a number above 0 counts as an open device
+// there, -1 and kDeviceLost hold nothing.
+void CloseHeld(int& fd) {
+    UniqueFd held(fd > 0 ? fd : -1);
+    fd = -1;
+}
+
 }  // namespace
 
 CKeypad::CKeypad() : pDevicePath(nullptr), fd(-1) {}
 
 CKeypad::~CKeypad() {
-    if (fd > 0) {
-        close(fd);
-        fd = -1;
-    }
+    CloseHeld(fd);
     delete[] pDevicePath;
     pDevicePath = nullptr;
 }
@@ -54,15 +59,13 @@ int CKeypad::FindDevice(const char* name) {
 
 int CKeypad::OpenDevice() {
     if (pDevicePath == nullptr) return -2;
-    const int opened = open(pDevicePath, O_RDONLY);
-    if (opened <= 0) {
-        if (opened == 0) close(opened);  // descriptor 0 does not count; don't leak it
-        return -2;
-    }
-    // Programs the host starts must not keep the node open (and its keys) behind our back.
-    fcntl(opened, F_SETFD, FD_CLOEXEC);
-    if (fd > 0) close(fd);
-    fd = opened;
+    // Programs the host starts must not keep the node open (and its keys) behind our
+    // back, hence close-on-exec. Descriptor 0 does not count as a device; it is closed
+    // again, not leaked.
+    UniqueFd opened = UniqueFd::Open(pDevicePath, O_RDONLY);
+    if (opened.Get() <= 0) return -2;
+    CloseHeld(fd);
+    fd = opened.Release();
     return 0;
 }
 
@@ -100,7 +103,7 @@ int CKeypad::ReadKeyRecord() {
 }
 
 void CKeypad::DropDevice() {
-    close(fd);
+    CloseHeld(fd);
     fd = kDeviceLost;
 }
 

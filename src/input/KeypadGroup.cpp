@@ -5,10 +5,12 @@
 #include <unistd.h>
 
 #include <cstring>
+#include <utility>
 
 #include "InputDirectory.h"
 #include "KeyTable.h"
 #include "KeyWait.h"
+#include "io/UniqueFd.h"
 
 namespace Vantor {
 
@@ -80,8 +82,7 @@ int CKeypadGroup::OpenDevice() {
     for (size_t k = 0; k < devices.size(); ++k) {
         CKeypad& device = *devices[k];
         if (device.fd <= 0 && device.OpenDevice() == 0 && IsDirectory(device.fd)) {
-            close(device.fd);
-            device.fd = -1;
+            const UniqueFd refused(std::exchange(device.fd, -1));
         }
         if (device.fd > 0) opened = true;
         watched[k].fd = device.fd > 0 ? device.fd : -1;

@@ -13,6 +13,7 @@
 
 #include <atomic>
 
+#include "io/UniqueFd.h"
 #include "vantor.h"
 
 namespace Vantor {
@@ -31,16 +32,17 @@ int Failure(int error) {
     return error == EACCES || error == EPERM ? -13 : -19;
 }
 
-// A descriptor on the foreground terminal and its mode now, or a failure code when
-// there is no virtual terminal (no /dev/tty0, a serial console) or it is not ours.
-int OpenConsole(int& mode) {
-    const int fd = open(kConsole, O_RDWR | O_NOCTTY | O_CLOEXEC);
-    if (fd < 0) return Failure(errno);
-    if (ioctl(fd, KDGETMODE, &mode) != 0) {
-        close(fd);
+// Opens the foreground terminal into `console` and reads its mode now: 0, or a failure
+// code when there is no virtual terminal (no /dev/tty0, a serial console) or it is not
+// ours.
+int OpenConsole(UniqueFd& console, int& mode) {
+    console = UniqueFd::Open(kConsole, O_RDWR | O_NOCTTY);
+    if (!console.IsOpen()) return Failure(errno);
+    if (ioctl(console.Get(), KDGETMODE, &mode) != 0) {
+        console.Reset();
         return -19;
     }
-    return fd;
+    return 0;
 }
 
 int SetMode(int fd, int mode) {
@@ -49,39 +51,35 @@ int SetMode(int fd, int mode) {
 
 // The console back in text mode now, whoever left it off.
 int GiveBackText() {
-    int fd = heldDescriptor.exchange(-1);
-    if (fd < 0) {
+    UniqueFd console(heldDescriptor.exchange(-1));
+    if (!console.IsOpen()) {
         int mode = KD_TEXT;
-        fd = OpenConsole(mode);
-        if (fd < 0) return fd;
+        const int opened = OpenConsole(console, mode);
+        if (opened != 0) return opened;
     }
-    const int result = SetMode(fd, KD_TEXT);
-    close(fd);
-    return result;
+    return SetMode(console.Get(), KD_TEXT);
 }
 
 int KeepOff(bool afterExit) {
+    UniqueFd fresh;
     int fd = heldDescriptor.load();
-    const bool fresh = fd < 0;
-    if (fresh) {
+    if (fd < 0) {
         int mode = KD_TEXT;
-        fd = OpenConsole(mode);
-        if (fd < 0) return fd;
+        const int opened = OpenConsole(fresh, mode);
+        if (opened != 0) return opened;
         foundMode.store(mode);
+        fd = fresh.Get();
     }
     const int result = SetMode(fd, KD_GRAPHICS);
-    if (result != 0) {
-        if (fresh) close(fd);
-        return result;
-    }
+    if (result != 0) return result;
     if (afterExit) {
-        // Off for good: this process has nothing left to give back.
-        heldDescriptor.store(-1);
-        close(fd);
+        // Off for good: this process has nothing left to give back, and closes what it
+        // held along with what it just opened.
+        const UniqueFd held(heldDescriptor.exchange(-1));
         return 0;
     }
     holder.store(getpid());
-    heldDescriptor.store(fd);
+    if (fresh.IsOpen()) heldDescriptor.store(fresh.Release());
     return 0;
 }
 
@@ -102,10 +100,8 @@ int CConsole::Set(int mode) {
 
 void CConsole::GiveBack() {
     if (holder.load() != getpid()) return;
-    const int fd = heldDescriptor.exchange(-1);
-    if (fd < 0) return;
-    ioctl(fd, KDSETMODE, foundMode.load());
-    close(fd);
+    const UniqueFd held(heldDescriptor.exchange(-1));
+    if (held.IsOpen()) ioctl(held.Get(), KDSETMODE, foundMode.load());
 }
 
 }  // namespace Vantor

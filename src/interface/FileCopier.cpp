@@ -9,13 +9,11 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
 #include <cstring>
 #include <iostream>
-#include <new>
 
 #include "Boundary.h"
 #include "CopyCancel.h"
@@ -24,50 +22,6 @@
 namespace Vantor {
 
 namespace {
-
-const size_t kBlockSize = 1048576;
-
-int OpenRetrying(const char* path, int flags, mode_t mode = 0) {
-    int fd;
-    do fd = open(path, flags | O_CLOEXEC, mode);
-    while (fd < 0 && errno == EINTR);
-    return fd;
-}
-
-// Fills the buffer unless the file ends first; a signal or a short read only means
-// "ask again". Answers the bytes read or -errno.
-long long ReadFully(int fd, char* buffer, size_t wanted) {
-    size_t got = 0;
-    while (got < wanted) {
-        const ssize_t result = read(fd, buffer + got, wanted - got);
-        if (result == 0) break;
-        if (result < 0 && errno == EINTR) continue;
-        if (result < 0) return -errno;
-        got += static_cast<size_t>(result);
-    }
-    return static_cast<long long>(got);
-}
-
-// A short write is continued where it stopped; one that writes nothing at all would
-// loop forever and is an I/O error instead.
-int WriteFully(int fd, const char* data, size_t length) {
-    while (length > 0) {
-        const ssize_t result = write(fd, data, length);
-        if (result < 0 && errno == EINTR) continue;
-        if (result < 0) return -errno;
-        if (result == 0) return -EIO;
-        data += result;
-        length -= static_cast<size_t>(result);
-    }
-    return 0;
-}
-
-int SyncRetrying(int fd) {
-    int result;
-    do result = fsync(fd);
-    while (result != 0 && errno == EINTR);
-    return result == 0 ? 0 : -errno;
-}
 
 std::string DirectoryOf(const std::string& path) {
     const size_t slash = path.rfind('/');
@@ -113,8 +67,7 @@ FileCopier::FileCopier(const char* source, const char* target, const char* text,
       replacing(false),
       unnamed(false),
       partOwned(false),
-      in(-1),
-      out(-1),
+      engine(CopyEngine::kWhole, CopyCancelRequested),
       size(0) {}
 
 // A copy that did not reach the rename leaves no trace of its temporary file.
@@ -138,8 +91,7 @@ int FileCopier::Cancelled() const {
 int FileCopier::Run() {
     if (sourcePath == nullptr) return Fail("Cannot open input file ", "(null)", EINVAL);
     if (targetPath == nullptr) return Fail("Cannot open output file ", "(null)", EINVAL);
-    buffer.reset(new (std::nothrow) char[kBlockSize]);
-    if (!buffer) return Fail("Cannot open input file ", sourcePath, ENOMEM);
+    if (!engine.Allocate()) return Fail("Cannot open input file ", sourcePath, ENOMEM);
     CopyProgress progress(text, share, 0);
     int result = OpenSource();
     if (result == 0) result = OpenTarget();
@@ -156,11 +108,11 @@ int FileCopier::Run() {
 int FileCopier::OpenSource() {
     // Without O_NONBLOCK a pipe with no writer would hold the open for ever, before we
     // could see that it is a pipe; the reads that follow are blocking again.
-    in.fd = OpenRetrying(sourcePath, O_RDONLY | O_NONBLOCK);
-    if (in.fd < 0) return Fail("Cannot open input file ", sourcePath, errno);
-    fcntl(in.fd, F_SETFL, fcntl(in.fd, F_GETFL) & ~O_NONBLOCK);
+    in = engine.Open(sourcePath, O_RDONLY | O_NONBLOCK);
+    if (!in.IsOpen()) return Fail("Cannot open input file ", sourcePath, errno);
+    fcntl(in.Get(), F_SETFL, fcntl(in.Get(), F_GETFL) & ~O_NONBLOCK);
     struct stat status;
-    if (fstat(in.fd, &status) != 0) return Fail("Cannot acquire file stat ", sourcePath, errno);
+    if (fstat(in.Get(), &status) != 0) return Fail("Cannot acquire file stat ", sourcePath, errno);
     return SizeSource(status);
 }
 
@@ -171,7 +123,7 @@ int FileCopier::SizeSource(const struct stat& status) {
     if (S_ISDIR(status.st_mode)) return Fail("Cannot size input file ", sourcePath, EISDIR);
     if (S_ISBLK(status.st_mode)) {
         unsigned long long bytes = 0;
-        if (ioctl(in.fd, BLKGETSIZE64, &bytes) != 0) {
+        if (ioctl(in.Get(), BLKGETSIZE64, &bytes) != 0) {
             return Fail("Cannot size input file ", sourcePath, errno);
         }
         if (bytes > static_cast<unsigned long long>(LLONG_MAX)) {
@@ -181,7 +133,8 @@ int FileCopier::SizeSource(const struct stat& status) {
         return 0;
     }
     size = status.st_size;
-    if (S_ISREG(status.st_mode) && (size > 0 || ReadFully(in.fd, buffer.get(), 1) == 0)) return 0;
+    if (S_ISREG(status.st_mode) && (size > 0 || engine.Read(in.Get(), engine.Buffer(), 1) == 0))
+        return 0;
     std::cerr << "Cannot size input file " << sourcePath << ": " << std::strerror(EINVAL) << " ("
               << KindOf(status.st_mode) << ", not a regular file or a partition)" << std::endl;
     return -EINVAL;
@@ -198,11 +151,11 @@ int FileCopier::OpenTarget() {
     if (S_ISDIR(status.st_mode)) return Fail("Cannot open output file ", targetPath, EISDIR);
     if (S_ISREG(status.st_mode)) return CreateTemporary(status.st_mode & 07777, &status);
     // A FIFO without a reader would hold a blocking open for ever.
-    out.fd = OpenRetrying(finalPath.c_str(), O_WRONLY | O_NONBLOCK);
-    if (out.fd < 0) return Fail("Cannot open output file ", targetPath, errno);
-    fcntl(out.fd, F_SETFL, fcntl(out.fd, F_GETFL) & ~O_NONBLOCK);
+    out = engine.Open(finalPath.c_str(), O_WRONLY | O_NONBLOCK);
+    if (!out.IsOpen()) return Fail("Cannot open output file ", targetPath, errno);
+    fcntl(out.Get(), F_SETFL, fcntl(out.Get(), F_GETFL) & ~O_NONBLOCK);
     unsigned long long capacity = 0;
-    if (S_ISBLK(status.st_mode) && ioctl(out.fd, BLKGETSIZE64, &capacity) == 0 &&
+    if (S_ISBLK(status.st_mode) && ioctl(out.Get(), BLKGETSIZE64, &capacity) == 0 &&
         capacity < static_cast<unsigned long long>(size)) {
         return Fail("Write error: ", targetPath, ENOSPC);  // refused before a byte is written
     }
@@ -220,21 +173,21 @@ int FileCopier::CreateTemporary(mode_t mode, const struct stat* old) {
     partPath = directory + "/." + base.substr(0, NAME_MAX - 6) + ".part";
     const int removed = RemoveStalePart();
     if (removed != 0) return removed;
-    out.fd = OpenRetrying(directory.c_str(), O_TMPFILE | O_RDWR, mode);
-    unnamed = out.fd >= 0;
+    out = engine.Open(directory.c_str(), O_TMPFILE | O_RDWR, mode);
+    unnamed = out.IsOpen();
     if (!unnamed) {
         if (!UnnamedUnsupported(errno)) return CreateFailure(errno, old != nullptr);
-        out.fd = OpenRetrying(partPath.c_str(), O_RDWR | O_CREAT | O_EXCL, mode);
-        if (out.fd < 0) return CreateFailure(errno == EEXIST ? EBUSY : errno, old != nullptr);
+        out = engine.Open(partPath.c_str(), O_RDWR | O_CREAT | O_EXCL, mode);
+        if (!out.IsOpen()) return CreateFailure(errno == EEXIST ? EBUSY : errno, old != nullptr);
         partOwned = true;
     }
-    flock(out.fd, LOCK_EX | LOCK_NB);
+    flock(out.Get(), LOCK_EX | LOCK_NB);
     if (old != nullptr) {
-        if (fchown(out.fd, old->st_uid, old->st_gid) != 0) {
+        if (fchown(out.Get(), old->st_uid, old->st_gid) != 0) {
             // Only root may give a file away; the copy then belongs to us, as it would
             // after any rewrite by this user.
         }
-        fchmod(out.fd, mode);
+        fchmod(out.Get(), mode);
     }
     return 0;
 }
@@ -245,8 +198,8 @@ int FileCopier::RemoveStalePart() {
     struct stat status;
     if (lstat(partPath.c_str(), &status) != 0) return 0;
     if (S_ISREG(status.st_mode)) {
-        Descriptor stale(OpenRetrying(partPath.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK));
-        if (stale.fd >= 0 && flock(stale.fd, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
+        const UniqueFd stale = engine.Open(partPath.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK);
+        if (stale.IsOpen() && flock(stale.Get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
             return Fail("Cannot open output file ", targetPath, EBUSY);
         }
     }
@@ -260,8 +213,8 @@ int FileCopier::RemoveStalePart() {
 // reported as the temporary file's failure; the target's own refusal says more, and a
 // "no such file" for a target that exists names the file that could not be made.
 int FileCopier::CreateFailure(int error, bool targetExists) const {
-    Descriptor direct(OpenRetrying(finalPath.c_str(), O_WRONLY | O_NONBLOCK));
-    if (direct.fd < 0 && errno != ENOENT)
+    const UniqueFd direct = engine.Open(finalPath.c_str(), O_WRONLY | O_NONBLOCK);
+    if (!direct.IsOpen() && errno != ENOENT)
         return Fail("Cannot open output file ", targetPath, errno);
     if (error == ENOENT && targetExists)
         return Fail("Cannot create temporary file ", partPath, error);
@@ -269,63 +222,50 @@ int FileCopier::CreateFailure(int error, bool targetExists) const {
 }
 
 int FileCopier::CopyData(CopyProgress& progress) {
-    long long copied = 0;
-    while (copied < size) {
-        if (CopyCancelRequested()) return Cancelled();
-        const size_t wanted = static_cast<size_t>(std::min<long long>(kBlockSize, size - copied));
-        const long long got = ReadFully(in.fd, buffer.get(), wanted);
-        if (got < 0) return Fail("Read error: ", sourcePath, static_cast<int>(-got));
-        // A source that ends before its size has changed under us: not a whole copy.
-        if (got == 0) return Fail("Read error: ", sourcePath, EIO);
-        const int written = WriteFully(out.fd, buffer.get(), static_cast<size_t>(got));
-        if (written != 0) return Fail("Write error: ", targetPath, -written);
-        copied += got;
-        progress.Advance(copied);
+    return Answer(engine.Copy(in.Get(), out.Get(), size, progress));
+}
+
+// The line and result of a pass over the blocks that stopped short.
+int FileCopier::Answer(const CopyFault& fault) const {
+    switch (fault.side) {
+        case CopyFault::kNone:
+            return 0;
+        case CopyFault::kStopped:
+            return Cancelled();
+        case CopyFault::kRead:
+            return Fail("Read error: ", sourcePath, fault.error);
+        case CopyFault::kWrite:
+            return Fail("Write error: ", targetPath, fault.error);
+        case CopyFault::kCheck:
+            break;
     }
-    return 0;
+    return Fail("Verify error: ", targetPath, fault.error);
 }
 
 // Reads the target back from storage, not from the page cache, and compares it with
 // a second reading of the source.
 int FileCopier::Verify(CopyProgress& progress) {
     progress.NextPass();
-    const int synced = SyncRetrying(out.fd);
-    if (synced != 0 && synced != -EINVAL) return Fail("Write error: ", targetPath, -synced);
+    const int synced = engine.Sync(out.Get());
+    if (synced != 0) return Fail("Write error: ", targetPath, -synced);
     // The temporary file is read through a second descriptor of its own: it may have
     // no name to open.
-    Descriptor back(replacing ? fcntl(out.fd, F_DUPFD_CLOEXEC, 0)
-                              : OpenRetrying(finalPath.c_str(), O_RDONLY));
-    if (back.fd < 0 || lseek(back.fd, 0, SEEK_SET) != 0) {
+    const UniqueFd back = replacing ? UniqueFd(fcntl(out.Get(), F_DUPFD_CLOEXEC, 0))
+                                    : engine.Open(finalPath.c_str(), O_RDONLY);
+    if (!back.IsOpen() || lseek(back.Get(), 0, SEEK_SET) != 0) {
         return Fail("Verify error: ", targetPath, errno);
     }
-    posix_fadvise(back.fd, 0, 0, POSIX_FADV_DONTNEED);
-    if (lseek(in.fd, 0, SEEK_SET) != 0) return Fail("Read error: ", sourcePath, errno);
-    std::unique_ptr<char[]> copy(new (std::nothrow) char[kBlockSize]);
-    if (!copy) return Fail("Verify error: ", targetPath, ENOMEM);
-    for (long long checked = 0; checked < size;) {
-        if (CopyCancelRequested()) return Cancelled();
-        const size_t wanted = static_cast<size_t>(std::min<long long>(kBlockSize, size - checked));
-        const long long original = ReadFully(in.fd, buffer.get(), wanted);
-        if (original != static_cast<long long>(wanted)) {
-            return Fail("Read error: ", sourcePath, original < 0 ? int(-original) : EIO);
-        }
-        const long long readBack = ReadFully(back.fd, copy.get(), wanted);
-        if (readBack < 0) return Fail("Verify error: ", targetPath, int(-readBack));
-        if (readBack != original || std::memcmp(buffer.get(), copy.get(), wanted) != 0) {
-            return Fail("Verify error: ", targetPath, EIO);
-        }
-        checked += original;
-        progress.Advance(checked);
-    }
-    return 0;
+    posix_fadvise(back.Get(), 0, 0, POSIX_FADV_DONTNEED);
+    if (lseek(in.Get(), 0, SEEK_SET) != 0) return Fail("Read error: ", sourcePath, errno);
+    return Answer(engine.Compare(in.Get(), back.Get(), size, progress));
 }
 
 // Nothing counts as copied until it is on storage: the file's data, then (for a
 // temporary file) its new name in the directory. A device that cannot be synced at
 // all (EINVAL) has nothing to flush. The rename comes while the lock is still held.
 int FileCopier::Commit() {
-    const int synced = SyncRetrying(out.fd);
-    if (synced != 0 && synced != -EINVAL) return Fail("Write error: ", targetPath, -synced);
+    const int synced = engine.Sync(out.Get());
+    if (synced != 0) return Fail("Write error: ", targetPath, -synced);
     if (replacing) {
         const int linked = unnamed ? LinkPart() : 0;
         if (linked != 0) return linked;
@@ -336,10 +276,10 @@ int FileCopier::Commit() {
     }
     if (!out.Close()) return Fail("Write error: ", targetPath, errno);
     if (!replacing) return 0;
-    Descriptor directory(OpenRetrying(DirectoryOf(finalPath).c_str(), O_RDONLY | O_DIRECTORY));
-    if (directory.fd < 0) return Fail("Write error: ", DirectoryOf(finalPath), errno);
-    const int dirSynced = SyncRetrying(directory.fd);
-    if (dirSynced != 0 && dirSynced != -EINVAL) {
+    const UniqueFd directory = engine.Open(DirectoryOf(finalPath).c_str(), O_RDONLY | O_DIRECTORY);
+    if (!directory.IsOpen()) return Fail("Write error: ", DirectoryOf(finalPath), errno);
+    const int dirSynced = engine.Sync(directory.Get());
+    if (dirSynced != 0) {
         return Fail("Write error: ", DirectoryOf(finalPath), -dirSynced);
     }
     return 0;
@@ -349,8 +289,8 @@ int FileCopier::Commit() {
 // temporary name, for the moment until the rename. Linking by descriptor needs a
 // capability most users lack; the /proc link to the descriptor works for anyone.
 int FileCopier::LinkPart() {
-    if (linkat(out.fd, "", AT_FDCWD, partPath.c_str(), AT_EMPTY_PATH) != 0) {
-        const std::string self = "/proc/self/fd/" + std::to_string(out.fd);
+    if (linkat(out.Get(), "", AT_FDCWD, partPath.c_str(), AT_EMPTY_PATH) != 0) {
+        const std::string self = "/proc/self/fd/" + std::to_string(out.Get());
         if (linkat(AT_FDCWD, self.c_str(), AT_FDCWD, partPath.c_str(), AT_SYMLINK_FOLLOW) != 0) {
             return Fail("Write error: ", targetPath, errno);
         }

@@ -5,10 +5,9 @@
 
 #include <sys/stat.h>
 
-#include <memory>
 #include <string>
 
-#include "CopySupport.h"
+#include "copy/CopyEngine.h"
 
 namespace Vantor {
 
@@ -38,6 +37,7 @@ class FileCopier {
     int Cancelled() const;
     int CopyData(CopyProgress& progress);
     int Verify(CopyProgress& progress);
+    int Answer(const CopyFault& fault) const;
     int Commit();
     int Fail(const char* what, const std::string& path, int error) const;
 
@@ -51,10 +51,10 @@ class FileCopier {
     bool replacing;        // a regular target: written aside, then renamed over
     bool unnamed;          // the temporary file has no name yet (O_TMPFILE)
     bool partOwned;        // a file at partPath is ours to remove
-    Descriptor in;
-    Descriptor out;
+    CopyEngine engine;
+    UniqueFd in;
+    UniqueFd out;
     long long size;
-    std::unique_ptr<char[]> buffer;
 };
 
 }  // namespace Vantor

@@ -199,3 +199,31 @@ TEST_F(Drm, StartsDespiteAnInterruptedRequest) {
         InitFramebuffer(nullptr);  // gives the card back
     }
 }
+
+// A daemon started with its standard input closed is given descriptor 0 for its display:
+// that display must still be told of each change and be closed at the end like any other.
+TEST_F(Drm, ADisplayOnDescriptorZeroIsShownAndClosed) {
+    AddCard();
+    const struct {
+        const char* path;
+        std::function<int()> shown;  // how often the driver has been told so far
+    } displays[] = {
+        {"/dev/fb0", [] { return vp_fb_pan_count("/dev/fb0"); }},
+        {kCard, [] { return CardState().dirty_count; }},
+    };
+    const int input = dup(STDIN_FILENO);
+    for (const auto& d : displays) {
+        close(STDIN_FILENO);
+        ASSERT_NE(nullptr, InitFramebuffer(d.path)) << d.path;
+        ASSERT_EQ(0, Vantor::pContext->pFramebuffer->fd) << d.path;
+        const int before = d.shown();
+        InitCanvas(0, 0, 40, 30);
+        Update();
+        EXPECT_EQ(before + 1, d.shown()) << d.path;
+        Vantor::VantorCleanup();
+        EXPECT_EQ(-1, fcntl(STDIN_FILENO, F_GETFD)) << d.path;
+        Vantor::VantorInit();
+    }
+    dup2(input, STDIN_FILENO);
+    close(input);
+}

@@ -1,4 +1,4 @@
-#include "CopySupport.h"
+#include "CopyProgress.h"
 #include "vantor.h"
 #include "vantor/Context.h"
 #include "vantor/Progress.h"
