@@ -237,13 +237,11 @@ TEST_F(Interface, DialogTypesAnswerAndHideLeavesBlack) {
 namespace {
 
 // The bar of the progress window (50, 50, 200, 60) on the screen, right and bottom
-// exclusive, and the last column its fill covers for a share of 0..1: the frame's far
-// column is not counted.
-const int kBarLeft = 50 + Vantor::CProgress::kInset,
-          kBarRight = 50 + 200 - Vantor::CProgress::kInset;
-const int kBarBottom = 50 + 60 - Vantor::CProgress::kInset;
-const int kBarTop = kBarBottom - Vantor::CProgress::kBarHeight,
-          kBarMiddle = (kBarTop + kBarBottom) / 2;
+// exclusive, and the last column its fill covers for a share of 0..1 (the frame's far
+// column is not counted).
+using Vantor::CProgress;
+const int kBarLeft = 50 + CProgress::kInset, kBarRight = 250 - CProgress::kInset;
+const int kBarTop = 110 - CProgress::kInset - CProgress::kBarHeight, kBarMiddle = kBarTop + 7;
 
 int LastFilled(float share) {
     return kBarLeft + int(share * float(kBarRight - kBarLeft - 1)) - 1;
@@ -265,7 +263,8 @@ TEST_F(Interface, ProgressWindowShowsUpdatesAndHides) {
     const std::vector<uint32_t> updated = Snapshot();
     for (int k = 0; k < kWidth * kHeight; ++k) {
         const int x = k % kWidth, y = k / kWidth;
-        const bool inBar = x >= kBarLeft && x < kBarRight && y >= kBarTop && y < kBarBottom;
+        const bool inBar =
+            x >= kBarLeft && x < kBarRight && y >= kBarTop && y < kBarTop + CProgress::kBarHeight;
         if (!inBar) {
             ASSERT_EQ(shown[k], updated[k]) << x << "," << y;
         }

@@ -2,7 +2,7 @@
 // getMenuSize answers the footprint ShowMenu then paints: on a screen of noise, the
 // pixels the menu changes while it waits for a key form a box of exactly that size.
 #include <algorithm>
-#include <string>
+#include <cstdio>
 
 #include "InterfaceFixture.h"
 #include "vantor_platform.h"
@@ -46,10 +46,12 @@ TEST_F(Interface, MenuSizeIsWhatShowMenuPaints) {
     uint32_t* screen = vp_fb_pixels("/dev/fb0");
     for (int k = 0; k < kWidth * kHeight; ++k)
         screen[k] = ((uint32_t(k) * 2654435761u >> 8) & 0x7F7F7F) | 0x010101;  // never 0 or white
-    std::vector<std::string> names;
+    static char names[40][12];
     std::vector<const char*> many;
-    for (int n = 0; n < 40; ++n) names.push_back("Entry " + std::to_string(n));
-    for (const std::string& name : names) many.push_back(name.c_str());
+    for (int n = 0; n < 40; ++n) {
+        std::snprintf(names[n], sizeof names[n], "Entry %d", n);
+        many.push_back(names[n]);
+    }
     many.push_back(nullptr);
     struct {
         const char** entries;
@@ -72,10 +74,9 @@ TEST_F(Interface, MenuSizeIsWhatShowMenuPaints) {
         Script({kOk});
         EXPECT_EQ(1, ShowMenu(c.entries, c.orientation, eAlignLeft));
         vp_set_wait_hook(nullptr, nullptr);
-        const std::string which = std::string(c.entries[0]) + " " + std::to_string(c.orientation);
-        EXPECT_EQ(10, painted.left) << which;
-        EXPECT_EQ(20, painted.top) << which;
-        EXPECT_EQ(width, painted.right - painted.left + 1) << which;
-        EXPECT_EQ(height, painted.bottom - painted.top + 1) << which;
+        EXPECT_EQ(10, painted.left) << c.entries[0] << " " << c.orientation;
+        EXPECT_EQ(20, painted.top) << c.entries[0] << " " << c.orientation;
+        EXPECT_EQ(width, painted.right - painted.left + 1) << c.entries[0] << " " << c.orientation;
+        EXPECT_EQ(height, painted.bottom - painted.top + 1) << c.entries[0] << " " << c.orientation;
     }
 }

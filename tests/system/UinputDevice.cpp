@@ -15,12 +15,10 @@
 
 namespace {
 
-namespace KeypadMatrix = Vantor::KeypadMatrix;
+using namespace Vantor::KeypadMatrix;
 
 // The keypad's seven keys.
-const int kKeys[] = {KeypadMatrix::kUp,     KeypadMatrix::kDown, KeypadMatrix::kSelect,
-                     KeypadMatrix::kCancel, KeypadMatrix::kOk,   KeypadMatrix::kBack,
-                     KeypadMatrix::kHome};
+const int kKeys[] = {kUp, kDown, kSelect, kCancel, kOk, kBack, kHome};
 const int kButtonKeys[] = {KEY_VOLUMEUP, KEY_VOLUMEDOWN, KEY_POWER};
 
 }  // namespace
