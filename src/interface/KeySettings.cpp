@@ -7,10 +7,11 @@
 namespace Vantor {
 
 std::vector<std::string>& CKeySettings::Devices() {
-    // Never destroyed: the unload hook may still make or use keypads after static
-    // destructors ran.
-    static std::vector<std::string>* devices = new std::vector<std::string>();
-    return *devices;
+    // A plain static, freed when the library is unloaded: a keypad copies the list when
+    // it opens its devices, so nothing reads it while the unload hook takes keypads away,
+    // and a host that loads and unloads the library leaks nothing.
+    static std::vector<std::string> devices;
+    return devices;
 }
 
 CKeyTable& CKeySettings::Codes() {
