@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "BenchScreen.h"
 
 #include <cstdio>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // CopyFileWithProgress of a 256 MiB file, with the progress window on the screen,
 // against the plainest loop that does the same job: read and write 1 MiB blocks, then
 // fsync. Both write over the same target, so neither pays for allocating its blocks;

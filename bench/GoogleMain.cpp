@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Runs every workload under Google Benchmark, then prints the ratio table.
 // Run: scripts/bench.sh, or build/bench/vantor_bench [--benchmark_filter=...]
 #include <benchmark/benchmark.h>

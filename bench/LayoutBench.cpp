@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a full-screen Update costs on each pixel layout, through the C interface on the
 // platform layer's virtual panel, and how that compares with the canvas's own layout
 // measured in the same run (the "vs_xrgb8888" column). DRM_XRGB8888 is the same screen

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The library's resident memory on an 800x480 screen, step by step as a host sets up a
 // full-screen canvas of text, a dialog, a menu and a progress window. The heap (RssAnon)
 // and file-backed pages (RssFile: the mapped screen, here the platform layer's file) are

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One key press in a 10-entry menu: the menu moves its selection and repaints itself
 // onto the screen. Keys come from memory, so the time is the repaint's, not a device's.
 #include <cstdio>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The same workloads timed with std::chrono alone, for targets that have no Google
 // Benchmark (the armhf cross build under qemu-arm): the median of five batches of at
 // least 50 ms each, in CPU time; the file copies time themselves (CopyWorkloads.cpp). The ratio

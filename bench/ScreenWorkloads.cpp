@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The screen paths through the C interface on the virtual framebuffer, and the memory
 // floors they are judged by, all on the same screen memory.
 #include <algorithm>

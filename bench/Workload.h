@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef VANTOR_BENCH_WORKLOAD_H
 #define VANTOR_BENCH_WORKLOAD_H
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Decides which optional parts this machine can build. A part whose packages are missing
 # is left out rather than stopping the configure, and all that was left out is said in
 # one line, so a machine with only a compiler and CMake still builds and installs the

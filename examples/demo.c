@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * demo - a recovery/update screen as a device would show it.
  *

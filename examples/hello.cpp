@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // hello - the classes used directly from C++: a canvas with two lines of text and a
 // progress bar, pushed onto the screen by the framebuffer.
 //

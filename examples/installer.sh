@@ -1,4 +1,5 @@
 #!/bin/sh
+# SPDX-License-Identifier: MIT
 # A firmware installer in a dozen lines: choose a slot, confirm, check the image, write it.
 # usage: installer.sh IMAGE TARGET-PREFIX   (the slot's letter is added to the prefix)
 # On a panel mounted turned, say which way for every command: VANTOR_ROTATION=90 installer.sh ...

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Makes the default fonts lr.tf (regular) and lb.tf (bold) from Debian's Terminus bitmap
 # fonts (package xfonts-terminus): 8x16 cells, coded by Unicode character, with Latin-1,
 # Latin Extended-A, Greek, Cyrillic, arrows, box drawing and U+FFFD. The results are kept in this

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * vantor.h - the C interface of libvantor.
  *

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Builds a Release tree of its own (build-bench/) and runs the benchmark, which ends
 # with a table of each path against its memory floor, then the position and layout
 # table (every ratio, its goal and the worst canvas column). Arguments go to the benchmark,

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Prints the lines of test code against the lines of product code and their ratio, the
 # measure we keep the test suite lean by. Tests are everything tracked under tests/
 # (fuzz harnesses included) except fuzz corpora and other data files; code is src/,

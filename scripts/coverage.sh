@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Line coverage of src/ by the unit suite (ctest label "unit"), measured with gcovr.
 # Builds into build-coverage/ and prints gcovr's summary; the line total is the figure
 # we keep at or above 90 %.

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Builds the library, the demo, the simulator, the vantor command and the font converter,
 # and runs the demo in the simulator: the keys below walk through an update (confirm,
 # copy with progress), the device information and a reboot confirmation. The screenshots are written to out/. It is meant to work as

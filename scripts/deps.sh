@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Installs the Debian packages the build needs, only those missing, so a fresh Debian 12
 # machine needs nothing else. Sourced by the other scripts; vantor_install_missing takes
 # more packages as arguments, such as VANTOR_TEST_PACKAGES for the test suites.

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Repeats a new user's first steps on fresh Debian 12 machines, made with debootstrap
 # (needs root and the network; ~5 min). Uses the committed state (git archive HEAD).
 #  1. scripts/demo.sh as the very first command: it installs what it needs and passes.

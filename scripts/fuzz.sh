@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Runs each fuzz target for SECONDS (default 30), one after the other, with libFuzzer,
 # AddressSanitizer and UndefinedBehaviorSanitizer, in its own clang build (build-fuzz).
 #   scripts/fuzz.sh [SECONDS] [TARGET...]      targets: font interface keyscript

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Checks that the unit suite catches typical faults: each mutant below is applied on its
 # own to a copy of the tree (build-mutate/tree; src/ here is never touched), only what
 # changed is rebuilt, and the unit suite (ctest label "unit") must then fail. Prints

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Regenerates the pictures in docs/images/ that the README shows: the demo's screens and
 # the installer script's, each from a run in the simulator.
 set -euo pipefail

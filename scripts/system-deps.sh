@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Installs, only where missing, the Debian packages of the suites that meet a real
 # kernel and the 32-bit targets (tests/system, docs/SYSTEM-TESTS.md):
 #   QEMU, busybox and kmod to boot Debian's kernel with our own /init;

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Builds everything and runs the whole test suite twice: a plain build with warnings
 # as errors and every opt-in suite (real kernel, armhf, cross builds and Debian
 # packages), then again with AddressSanitizer and UndefinedBehaviorSanitizer, where the

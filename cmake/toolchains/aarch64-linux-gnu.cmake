@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The 64-bit ARM target with Debian's cross compiler (g++-aarch64-linux-gnu). A board's own root
 # file system (from Yocto, Buildroot or debootstrap) is given with -DCMAKE_SYSROOT=DIR;
 # without one, Debian's cross libraries under /usr/aarch64-linux-gnu are the target's. Tests run

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The 32-bit ARM target with Debian's cross compiler (g++-arm-linux-gnueabihf). A board's
 # own root file system (from Yocto, Buildroot or debootstrap) is given with
 # -DCMAKE_SYSROOT=DIR; without one, Debian's cross libraries under /usr/arm-linux-gnueabihf

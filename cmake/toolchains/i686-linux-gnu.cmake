@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # 32-bit x86 (Debian's g++-i686-linux-gnu): the system tests run these binaries in the
 # x86-64 test machine, where the kernel's 32-bit interfaces are the real ones.
 set(CMAKE_SYSTEM_NAME Linux)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef VANTOR_ASCIITEXT_H
 #define VANTOR_ASCIITEXT_H
 

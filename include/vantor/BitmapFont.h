@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef VANTOR_BITMAPFONT_H
 #define VANTOR_BITMAPFONT_H
 

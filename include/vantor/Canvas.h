@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef VANTOR_CANVAS_H
 #define VANTOR_CANVAS_H
 

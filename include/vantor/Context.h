@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef VANTOR_CONTEXT_H
 #define VANTOR_CONTEXT_H
 

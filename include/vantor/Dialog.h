@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef VANTOR_DIALOG_H
 #define VANTOR_DIALOG_H
 

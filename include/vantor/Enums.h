@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef VANTOR_ENUMS_H
 #define VANTOR_ENUMS_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef VANTOR_EXPORT_H
 #define VANTOR_EXPORT_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef VANTOR_FRAME_H
 #define VANTOR_FRAME_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef VANTOR_FRAMEBUFFER_H
 #define VANTOR_FRAMEBUFFER_H
 

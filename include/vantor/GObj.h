@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef VANTOR_GOBJ_H
 #define VANTOR_GOBJ_H
 

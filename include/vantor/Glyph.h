@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef VANTOR_GLYPH_H
 #define VANTOR_GLYPH_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef VANTOR_KEYPAD_H
 #define VANTOR_KEYPAD_H
 

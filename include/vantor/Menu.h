@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef VANTOR_MENU_H
 #define VANTOR_MENU_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef VANTOR_MENUITEM_H
 #define VANTOR_MENUITEM_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef VANTOR_PIXELFORMAT_H
 #define VANTOR_PIXELFORMAT_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef VANTOR_POINT_H
 #define VANTOR_POINT_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef VANTOR_PROGRESS_H
 #define VANTOR_PROGRESS_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef VANTOR_PROGRESSBAR_H
 #define VANTOR_PROGRESSBAR_H
 

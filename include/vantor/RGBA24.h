@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef VANTOR_RGBA24_H
 #define VANTOR_RGBA24_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef VANTOR_RECTANGLE_H
 #define VANTOR_RECTANGLE_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef VANTOR_SCREEN_H
 #define VANTOR_SCREEN_H
 

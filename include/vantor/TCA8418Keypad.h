@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef VANTOR_TCA8418KEYPAD_H
 #define VANTOR_TCA8418KEYPAD_H
 

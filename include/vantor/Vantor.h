@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef VANTOR_VANTOR_H
 #define VANTOR_VANTOR_H
 

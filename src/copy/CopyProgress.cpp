@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "CopyProgress.h"
 #include "vantor.h"
 #include "vantor/Context.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The row-wise drawing of CCanvas: everything that writes more than one pixel into a
 // canvas clips once here and then fills or expands whole rows, instead of asking
 // setPoint about every pixel.

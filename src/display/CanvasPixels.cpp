@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The pixel operations of CCanvas. Every write into a canvas goes through setPoint or the
 // row fills of CanvasFills.cpp; the transfers to and from the screen are in
 // CanvasTransfers.cpp.

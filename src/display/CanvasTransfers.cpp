@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The transfers between a canvas and the screen. Each call clips once, in the screen's
 // logical coordinates, and hands the visible block to the screen, which alone knows
 // how its rows meet the panel (a copy, a conversion, or a turn).

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "vantor/Frame.h"
 
 #include <algorithm>

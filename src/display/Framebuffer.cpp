@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "vantor/Framebuffer.h"
 
 #include <cstdint>

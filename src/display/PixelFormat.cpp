@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "vantor/PixelFormat.h"
 
 #include <linux/fb.h>

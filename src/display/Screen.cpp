@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "vantor/Screen.h"
 
 #include "DisplayDevice.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "vantor/AsciiText.h"
 
 #include <algorithm>

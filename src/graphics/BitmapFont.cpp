@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "vantor/BitmapFont.h"
 
 #include <fcntl.h>

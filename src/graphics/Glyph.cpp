@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "vantor/Glyph.h"
 
 #include <climits>

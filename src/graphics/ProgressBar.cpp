@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "vantor/ProgressBar.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "vantor/Rectangle.h"
 
 #include "vantor/Canvas.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "vantor/Keypad.h"
 
 #include <fcntl.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "vantor/TCA8418Keypad.h"
 
 #include "KeyTable.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef VANTOR_BOUNDARY_H
 #define VANTOR_BOUNDARY_H
 

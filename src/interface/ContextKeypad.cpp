@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ContextKeypad.h"
 
 #include "vantor/Context.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef VANTOR_CONTEXTKEYPAD_H
 #define VANTOR_CONTEXTKEYPAD_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "CrashLine.h"
 
 #include <unistd.h>

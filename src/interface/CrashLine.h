@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One line of the crash report, built on the stack and written straight to descriptor 2.
 #ifndef VANTOR_CRASHLINE_H
 #define VANTOR_CRASHLINE_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Sizes and offsets are 64-bit on every target: firmware images pass 2 GiB.
 #define _FILE_OFFSET_BITS 64
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The copy behind CopyFileWithProgressEx: one that a full disk, a power cut or a signal
 // cannot turn into a half-written file where a good one stood.
 #ifndef VANTOR_FILECOPIER_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // CopyFileWithProgress: a file copy in 1 MiB blocks that moves the progress window's
 // bar through its share of the scale.
 #include <fcntl.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The C interface: the state record, the load and unload hooks, the crash report and
 // every exported function. Each call decides its result code here.
 #include "vantor.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "vantor/Progress.h"
 
 #include "vantor/AsciiText.h"

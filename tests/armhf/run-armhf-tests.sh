@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Builds the library and its unit tests for the 32-bit ARM target with Debian's cross
 # compiler, and runs them under qemu-arm-static.
 #   run-armhf-tests.sh SOURCE_DIR BUILD_DIR

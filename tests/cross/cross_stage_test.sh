@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Builds the library for 32-bit and 64-bit ARM with the toolchain files, stages the
 # install with DESTDIR under /usr, and checks the staged root as a board's build system
 # uses it: a library for the right machine, and a pkg-config file that lets the target's

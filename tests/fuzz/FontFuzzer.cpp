@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The font loader on any file: it may refuse, but never crash, overrun or allocate
 // more than the file could describe.
 #include <unistd.h>

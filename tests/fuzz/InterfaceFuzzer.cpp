@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Sequences of the C interface's non-waiting calls on the virtual display, with odd
 // sizes, coordinates, texts, alignments, fonts and percentages. Each input starts from
 // a fresh library state on a screen the input picks.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The simulator's key-script parser on any text: it parses or throws
 // std::invalid_argument, and what it parses survives encoding and decoding unchanged.
 #include <cstdint>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Runs a fuzz target over saved inputs (files, or every file of a directory) without
 // libFuzzer, so the corpus and every input that once found a fault replay in the normal
 // build, plain and sanitized.

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # A user's plain configure on a machine with only a compiler and CMake: every optional
 # package is hidden from find_package. It must configure with the default build type,
 # say in one line what it leaves out, build, and install the library, headers,

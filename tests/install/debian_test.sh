@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Builds the Debian packages from a copy of the source, checks their dependencies and
 # lintian's verdict, unpacks them into a scratch root, builds the README's example
 # against that root through pkg-config, and runs it in the packaged simulator.

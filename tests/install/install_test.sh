@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Installs the built tree into a staging directory and builds a C host program against
 # it twice: through pkg-config and through CMake's find_package. Also checks that the
 # dynamic symbol table holds only the C calls and the Vantor namespace, and that the

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Prints the C host program of README.md (its first C block), so that tests compile the
 # text a user copies rather than a copy of it that could drift.
 #   readme-example.sh README.md > example.c

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Counts every allocation the process makes by replacing malloc, which operator new and
 // the C library both reach. A file of its own, so that nothing else in the executable
 // is compiled next to the replacement.

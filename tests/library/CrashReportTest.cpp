@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The crash report written on the error stream for SIGSEGV, SIGABRT and other signals.
 #include <gtest/gtest.h>
 #include <signal.h>

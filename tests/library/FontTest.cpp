@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Loading font files: what is accepted, what is refused and with which message.
 #include <gtest/gtest.h>
 

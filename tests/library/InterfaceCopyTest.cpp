@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // CopyFileWithProgress: results, messages, the bar's cadence and what the target holds.
 #include <dlfcn.h>
 #include <fcntl.h>

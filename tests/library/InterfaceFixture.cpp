@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "InterfaceFixture.h"
 
 #include <cstdio>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Keys, menus, dialogs and the progress window through the C interface, with key
 // presses coming from virtual input devices.
 #include <fcntl.h>

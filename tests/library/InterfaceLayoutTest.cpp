@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Every pixel layout, padded rows and a panned page, through the C interface: the
 // visible page must show what the usual 32-bit screen shows (each channel cut to the
 // panel's bits), nothing outside the page may change, and what goes away gives back

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The state record, the framebuffer device and the screen calls, seen through the C
 // interface on a virtual framebuffer.
 #include <cerrno>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Text lines on the main canvas through the C interface: what shows at Update, where
 // an aligned line starts and how a line partly off the canvas is cut.
 #include <climits>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The library as a host sees it through dlopen: the load hook has made the state record
 // and installed the crash report before any call, and dlclose takes everything away.
 #include <dlfcn.h>

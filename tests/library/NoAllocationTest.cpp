@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A repaint must not touch the heap: on a small device a key press or a progress step
 // that allocates fragments memory over a long run. This executable counts every
 // allocation the process makes (CountingAllocator.cpp).

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Which pixel layouts a driver may declare and how white is stored in the ones we draw.
 #include <gtest/gtest.h>
 

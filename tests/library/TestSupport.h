@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef VANTOR_TESTS_TESTSUPPORT_H
 #define VANTOR_TESTS_TESTSUPPORT_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Fonts of every kind the converter reads, written by the tests, come out bit for bit,
 // under the codes the code page gives their characters.
 #include <sys/stat.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The default fonts the library ships with, and how a user looks into a font file: it
 // must show the glyph the library reads.
 #include "FontFixtures.h"

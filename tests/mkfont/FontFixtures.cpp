@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "FontFixtures.h"
 
 #include <cstdio>

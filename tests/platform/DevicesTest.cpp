@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Framebuffers and everything that is not ours, through the calls the library makes.
 // How the library draws on each layout is the interface tests' part; here what a
 // driver would answer, and that nothing else changes.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Input devices, key waits and key scripts, through the calls the library's keypad
 // makes (a stream read of the name files, then poll and read on the event node) and the
 // select other programs use.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The simulator: its key scripts, its PNG files and terminal view, a whole run of the
 // demo, a session of several processes, its clean-up, and an installed copy.
 #include <gtest/gtest.h>

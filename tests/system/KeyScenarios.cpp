@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Key devices that go away on a real kernel. Finding the keypad among other devices and
 // what a press sends are met by the demo and the installer, which run on keys from the
 // device.

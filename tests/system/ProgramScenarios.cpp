@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Programs as a device runs them: their own processes, the real framebuffer, and keys
 // pressed through the real input device once the program has opened it.
 #include <gtest/gtest.h>

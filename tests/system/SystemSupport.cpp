@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "SystemSupport.h"
 
 #include "UinputDevice.h"

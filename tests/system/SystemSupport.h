@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef VANTOR_TESTS_SYSTEMSUPPORT_H
 #define VANTOR_TESTS_SYSTEMSUPPORT_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "UinputDevice.h"
 
 #include <dirent.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef VANTOR_TESTS_UINPUTDEVICE_H
 #define VANTOR_TESTS_UINPUTDEVICE_H
 

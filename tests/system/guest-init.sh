@@ -1,4 +1,5 @@
 #!/bin/busybox sh
+# SPDX-License-Identifier: MIT
 # /init of the test machine. The host's root is shared read-only at /host; host-built
 # programs run in place because the loaders, the libraries and the build tree are linked
 # in from there. Each step leaves its output and its status in the writable share at

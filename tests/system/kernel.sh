@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Debian's generic amd64 kernel for the test machine: downloaded with apt-get, unpacked,
 # never installed. Sourced by run-system-tests.sh; every function fails loudly.
 

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Boots Debian's own kernel in QEMU and runs the system scenarios inside it against real
 # drivers: vfb and the bochs display for the screen, uinput for the keypad. It boots
 # twice, once for the x86-64 programs and once for the same programs built for 32-bit

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* Draws one fixed screen with every kind of drawing the library does and leaves it
  * there, so the same screen can be read from a real framebuffer and from the simulator
  * and compared pixel for pixel. Words after the device: "turn=DEG" turns the picture on

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The vantor command as a script sees it: exit statuses, stdout and the screen, each
 // subcommand run in the simulator with scripted keys.
 #include <gtest/gtest.h>

@@ -1,4 +1,5 @@
 #!/bin/sh
+# SPDX-License-Identifier: MIT
 # Runs examples/installer.sh in the simulator: slot b, Yes, the gauge, the copy, Ok.
 # usage: installer-test.sh VANTOR-SIM DIRECTORY-OF-VANTOR INSTALLER
 set -eu

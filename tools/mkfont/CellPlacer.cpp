@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "CellPlacer.h"
 
 #include "Refusal.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "FontFileWriter.h"
 
 #include <sys/stat.h>

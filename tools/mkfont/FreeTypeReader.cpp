@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "FreeTypeReader.h"
 
 #include "Refusal.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef VANTOR_MKFONT_INK_H
 #define VANTOR_MKFONT_INK_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "PsfReader.h"
 
 #include <zlib.h>

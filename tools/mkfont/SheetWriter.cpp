@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "SheetWriter.h"
 
 #include <png.h>

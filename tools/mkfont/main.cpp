@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // vantor-mkfont: makes the library's font files from bitmap, outline and console fonts,
 // and shows what a font file holds.
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The layer's own C interface, for tests and the simulator: argument checks here, the
 // work in VirtualSystem.
 #include "FaultPlan.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "DescriptorTable.h"
 
 #include <sys/stat.h>

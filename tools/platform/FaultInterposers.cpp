@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // write, fsync and rename pass straight through unless a test armed a fault for them
 // (FaultPlan); read, which also serves unplugged key nodes, is in Interposers.cpp. write
 // and fsync go to the kernel directly: the dynamic linker and allocators use them, so

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef VANTOR_PLATFORM_FAULTPLAN_H
 #define VANTOR_PLATFORM_FAULTPLAN_H
 

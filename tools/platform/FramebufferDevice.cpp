@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "FramebufferDevice.h"
 
 #include <errno.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "InputDevice.h"
 
 #include <fcntl.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The system calls as the program sees them. Each one serves virtual paths and
 // descriptors itself and passes everything else to the real call unchanged, with the
 // real call's errno; our own bookkeeping never leaves an errno behind.

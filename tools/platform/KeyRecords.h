@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The records the TCA8418 driver sends for one change of a key: the scan code, the key
 // record and the sync that ends the report. The platform layer's keypads and the
 // simulator's session keypad both queue exactly these.

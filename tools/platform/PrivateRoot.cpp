@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "PrivateRoot.h"
 
 #include <ftw.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "VirtualPaths.h"
 
 #include <cstring>

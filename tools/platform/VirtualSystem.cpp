@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "VirtualSystem.h"
 
 #include <errno.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * vantor_platform.h - a stand-in for the kernel interfaces libvantor uses.
  *

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "KeyScript.h"
 
 #include <linux/input-event-codes.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "LiveView.h"
 
 #include <sys/ioctl.h>

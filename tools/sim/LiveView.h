@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef VANTOR_SIM_LIVEVIEW_H
 #define VANTOR_SIM_LIVEVIEW_H
 

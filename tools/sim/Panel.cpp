@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Panel.h"
 
 #include <fcntl.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef VANTOR_SIM_PANEL_H
 #define VANTOR_SIM_PANEL_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "SessionDirectory.h"
 
 #include <fcntl.h>

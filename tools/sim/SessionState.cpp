@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "SessionState.h"
 
 #include <fcntl.h>

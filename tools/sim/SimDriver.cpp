@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The part of the simulator that lives inside each process it runs: preloaded after the
 // platform layer, it attaches the process to the session's screen and keypad, plays
 // the shared key script at each wait for a key, and records the screen.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // vantor-sim: runs an unmodified host program of libvantor, or a script of several,
 // against one virtual display and keypad, with keys from a script or the terminal,
 // screenshots as PNG files and a view on the terminal.

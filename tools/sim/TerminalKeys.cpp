@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "TerminalKeys.h"
 
 #include <linux/input-event-codes.h>

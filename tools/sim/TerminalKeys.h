@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef VANTOR_SIM_TERMINALKEYS_H
 #define VANTOR_SIM_TERMINALKEYS_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The arguments of one subcommand: its options (each known in advance, with or without
 // a value) and its operands. Anything unknown or incomplete is a UsageError.
 #ifndef VANTOR_TOOL_COMMAND_LINE_H

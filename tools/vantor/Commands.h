@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One function per subcommand. Each takes its own argv (argv[0] is the subcommand's
 // name), returns an ExitStatus, and throws UsageError or CommandFailure.
 #ifndef VANTOR_TOOL_COMMANDS_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // vantor copy: the firmware copy with its progress window.
 #include <vantor.h>
 

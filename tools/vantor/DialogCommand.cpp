@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // vantor yesno / vantor ok: lines of text with buttons; the answer is the exit status.
 #include <vantor.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The exit statuses of the vantor command. Scripts test these numbers, so they never
 // change meaning; 3 stays unused because vantor-sim stops a program whose key script
 // ran out with 3, and a test must be able to tell that apart from an answer.

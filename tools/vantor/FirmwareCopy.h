@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The one place where the command hands a file to the library's copy.
 #ifndef VANTOR_TOOL_FIRMWARE_COPY_H
 #define VANTOR_TOOL_FIRMWARE_COPY_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // vantor gauge: a progress window driven from stdin until the input ends.
 #include <vantor.h>
 

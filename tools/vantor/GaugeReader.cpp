@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "GaugeReader.h"
 
 #include "Values.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The stdin protocol of a progress gauge, as dialog --gauge reads it: a line holding a
 // number moves the bar; a block "XXX", a percentage, text lines, "XXX" sets the
 // percentage and the text together. Other lines are ignored.

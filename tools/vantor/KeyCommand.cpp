@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // vantor key: one key press, by name, on stdout.
 #include <vantor.h>
 

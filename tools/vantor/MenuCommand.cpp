@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // vantor menu: a list of entries; the chosen one's number (or tag) goes to stdout.
 #include <vantor.h>
 

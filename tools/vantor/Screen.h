@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The display and keypad as one subcommand uses them: opened once, with the screen and
 // font cell sizes at hand for laying out widgets that fit any panel.
 #ifndef VANTOR_TOOL_SCREEN_H

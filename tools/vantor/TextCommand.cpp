@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // vantor text / vantor clear: lines that stay on the screen after the command ends.
 // The library never blanks the screen when it is unloaded, so whatever the main canvas
 // last showed remains until something paints over it.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Text from the command line as screen lines: each argument starts a line, "\n" (the
 // two characters, as whiptail takes them, or a real newline) starts another, and a
 // line longer than the box is wrapped at blanks, or cut where a word alone is too long.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Values.h"
 
 #include <vantor.h>

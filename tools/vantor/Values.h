@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Option values as scripts write them; each parser names the option and what it
 // expected when the text does not fit, so a script author sees the fault at once.
 #ifndef VANTOR_TOOL_VALUES_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // vantor: the library's menus, dialogs, progress window, text, keys and file copy as a
 // command for shell scripts. It uses only the library's C interface.
 #include <cstdio>

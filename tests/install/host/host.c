@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* A minimal C host: it must compile as C99 with every warning an error and link
  * against the installed library found through pkg-config or CMake. */
 #include <stdio.h>
