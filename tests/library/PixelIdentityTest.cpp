@@ -137,32 +137,24 @@ TEST(PixelIdentity, RefreshFillsEveryPixelWithTheBackground) {
 }
 
 // Glyph rows expand with vectors chosen per CPU, 8-pixel cells on a path of their own:
-// every byte of a random map, clipped on any side, must give ink where it is non-zero,
-// paper where it is zero, and leave every pixel outside the map as it was.
+// a non-zero byte gives ink, a zero paper, and nothing outside the clipped map changes.
 TEST(PixelIdentity, BitmapsExpandToInkAndPaperByteByByte) {
     std::mt19937 random(7);
-    struct Case {
-        int width, height;
-        long long x, y;
-    };
-    const Case cases[] = {{8, 16, 3, 2}, {8, 16, -3, 0},   {8, 16, 37, -5}, {8, 1, 0, 0},
-                          {5, 7, 1, 1},  {16, 32, 30, 20}, {9, 16, -4, 9}};
-    for (const Case& c : cases) {
-        std::vector<unsigned char> map(size_t(c.width * c.height));
+    const int cases[][4] = {{8, 16, 3, 2}, {8, 16, -3, 0},   {8, 16, 37, -5}, {8, 1, 0, 0},
+                            {5, 7, 1, 1},  {16, 32, 30, 20}, {9, 16, -4, 9}};  // w, h, x, y
+    for (const auto& c : cases) {
+        std::vector<unsigned char> map(size_t(c[0] * c[1]));
         for (unsigned char& byte : map) byte = random() % 3 == 0 ? 0 : uint8_t(random());
         Vantor::CCanvas canvas(0, 0, 40, 24);
         canvas.background = 0xABCDEF;
         canvas.Refresh();
-        canvas.setBitmap(c.x, c.y, map.data(), c.width, c.height, 0x123456, 0x00FF01);
-        for (long long y = 0; y < 24; ++y) {
-            for (long long x = 0; x < 40; ++x) {
-                const long long mx = x - c.x, my = y - c.y;
-                const bool inside = mx >= 0 && mx < c.width && my >= 0 && my < c.height;
-                const uint32_t expected = !inside                               ? 0xABCDEFu
-                                          : map[size_t(my * c.width + mx)] != 0 ? 0x123456u
-                                                                                : 0x00FF01u;
-                ASSERT_EQ(expected, canvas.pPixels[y * 40 + x])
-                    << c.width << " at " << x << "," << y;
+        canvas.setBitmap(c[2], c[3], map.data(), c[0], c[1], 0x123456, 0x00FF01);
+        for (int y = 0, mx, my; y < 24; ++y) {
+            for (int x = 0; x < 40; ++x) {
+                mx = x - c[2], my = y - c[3];
+                const bool inside = mx >= 0 && mx < c[0] && my >= 0 && my < c[1];
+                const uint32_t ink = map[inside ? size_t(my * c[0] + mx) : 0] ? 0x123456 : 0x00FF01;
+                ASSERT_EQ(inside ? ink : 0xABCDEFu, canvas.pPixels[y * 40 + x]) << c[0] << " " << x;
             }
         }
     }
