@@ -157,6 +157,150 @@ bool IsAligned(const uint8_t* memory, size_t stride, size_t bytes) {
     return reinterpret_cast<uintptr_t>(memory) % bytes == 0 && stride % bytes == 0;
 }
 
+// 16-bit panels, turned: each buffer row is converted as it stands, in long runs, and
+// only then are its 16-bit cells turned onto the panel. Turning the converted cells
+// moves half the bytes that turning the 32-bit colours first would, and the row
+// conversions see the same long rows as an unturned transfer.
+const int kBandRows = 32;      // buffer rows per band of a quarter turn: 64 panel bytes
+const int kBandColumns = 128;  // buffer columns converted per call
+
+// to[n-1-k] = from[k]: a buffer row's cells backwards, for a half turn. Eight cells go
+// as four pairs: the pairs in reverse order, then the two cells of each pair swapped,
+// which every vector unit does in a few whole-register steps.
+void ReverseCells(const uint16_t* from, uint16_t* to, int n) {
+    int k = 0;
+    for (; k + 8 <= n; k += 8) {
+        Quad pairs;
+        std::memcpy(&pairs, from + k, sizeof(pairs));
+        pairs = __builtin_shufflevector(pairs, pairs, 3, 2, 1, 0);
+        pairs = (pairs << 16) | (pairs >> 16);
+        std::memcpy(to + n - 8 - k, &pairs, sizeof(pairs));
+    }
+    for (; k < n; ++k) to[n - 1 - k] = from[k];
+}
+
+void EncodeHalfTurn(const CScreen& screen, const uint32_t* colours, size_t pitch, int x, int y,
+                    int w, int h) {
+    const CScreen::Block panel = screen.PanelBlock(x, y, w, h);
+    uint16_t cells[kBandColumns];
+    for (int r = 0; r < h; ++r) {
+        const uint32_t* from = colours + size_t(r) * pitch;
+        uint16_t* to = reinterpret_cast<uint16_t*>(screen.At(panel.x, panel.y + h - 1 - r));
+        for (int done = 0; done < w; done += kBandColumns) {
+            const int n = std::min(kBandColumns, w - done);
+            screen.format.EncodeRow(from + done, reinterpret_cast<uint8_t*>(cells), size_t(n));
+            ReverseCells(cells, to + (w - done - n), n);
+        }
+    }
+}
+
+typedef uint16_t Cells8 __attribute__((vector_size(16)));
+
+// Vectors are passed by reference here too (see LoadQuad).
+void LoadCells(const uint16_t* from, Cells8& cells) {
+    std::memcpy(&cells, from, sizeof(cells));
+}
+
+void StoreCells(uint16_t* to, const Cells8& cells) {
+    std::memcpy(to, &cells, sizeof(cells));
+}
+
+// The low (L) and high (H) halves of two vectors interleaved in units of 1, 2 or 4
+// cells: the three steps of an 8 x 8 transpose, each one instruction on common vector
+// units.
+#define VANTOR_L1(a, b) __builtin_shufflevector(a, b, 0, 8, 1, 9, 2, 10, 3, 11)
+#define VANTOR_H1(a, b) __builtin_shufflevector(a, b, 4, 12, 5, 13, 6, 14, 7, 15)
+#define VANTOR_L2(a, b) __builtin_shufflevector(a, b, 0, 1, 8, 9, 2, 3, 10, 11)
+#define VANTOR_H2(a, b) __builtin_shufflevector(a, b, 4, 5, 12, 13, 6, 7, 14, 15)
+#define VANTOR_L4(a, b) __builtin_shufflevector(a, b, 0, 1, 2, 3, 8, 9, 10, 11)
+#define VANTOR_H4(a, b) __builtin_shufflevector(a, b, 4, 5, 6, 7, 12, 13, 14, 15)
+
+// Row r of `to` takes column r of an 8 x 8 block of cells of `from`; either stride may be
+// negative.
+void Transpose8(const uint16_t* from, ptrdiff_t fromStride, uint16_t* to, ptrdiff_t toStride) {
+    Cells8 a0, a1, a2, a3, a4, a5, a6, a7;
+    LoadCells(from, a0);
+    LoadCells(from + fromStride, a1);
+    LoadCells(from + 2 * fromStride, a2);
+    LoadCells(from + 3 * fromStride, a3);
+    LoadCells(from + 4 * fromStride, a4);
+    LoadCells(from + 5 * fromStride, a5);
+    LoadCells(from + 6 * fromStride, a6);
+    LoadCells(from + 7 * fromStride, a7);
+    // Pairs of rows, then quads of rows, then all eight, column by column.
+    const Cells8 b0 = VANTOR_L1(a0, a1), b1 = VANTOR_H1(a0, a1);
+    const Cells8 b2 = VANTOR_L1(a2, a3), b3 = VANTOR_H1(a2, a3);
+    const Cells8 b4 = VANTOR_L1(a4, a5), b5 = VANTOR_H1(a4, a5);
+    const Cells8 b6 = VANTOR_L1(a6, a7), b7 = VANTOR_H1(a6, a7);
+    const Cells8 c0 = VANTOR_L2(b0, b2), c1 = VANTOR_H2(b0, b2);
+    const Cells8 c2 = VANTOR_L2(b1, b3), c3 = VANTOR_H2(b1, b3);
+    const Cells8 c4 = VANTOR_L2(b4, b6), c5 = VANTOR_H2(b4, b6);
+    const Cells8 c6 = VANTOR_L2(b5, b7), c7 = VANTOR_H2(b5, b7);
+    StoreCells(to, VANTOR_L4(c0, c4));
+    StoreCells(to + toStride, VANTOR_H4(c0, c4));
+    StoreCells(to + 2 * toStride, VANTOR_L4(c1, c5));
+    StoreCells(to + 3 * toStride, VANTOR_H4(c1, c5));
+    StoreCells(to + 4 * toStride, VANTOR_L4(c2, c6));
+    StoreCells(to + 5 * toStride, VANTOR_H4(c2, c6));
+    StoreCells(to + 6 * toStride, VANTOR_L4(c3, c7));
+    StoreCells(to + 7 * toStride, VANTOR_H4(c3, c7));
+}
+
+#undef VANTOR_L1
+#undef VANTOR_H1
+#undef VANTOR_L2
+#undef VANTOR_H2
+#undef VANTOR_L4
+#undef VANTOR_H4
+
+// A band of `rows` converted buffer rows (kBandColumns cells apart), `n` cells each, onto
+// the panel: buffer cell (k, c) goes to panel row c (rows `rowStride` cells apart from
+// `first`) and column k, or column rows-1-k when `leftwards`.
+void TurnBand(const uint16_t* band, int rows, int n, uint16_t* first, ptrdiff_t rowStride,
+              bool leftwards) {
+    const int blockRows = rows & ~7;
+    const int blockColumns = n & ~7;
+    for (int k = 0; k < blockRows; k += 8) {
+        // Rows of a leftward band are read bottom up, so the panel side runs forwards.
+        const uint16_t* from = leftwards ? band + (k + 7) * kBandColumns : band + k * kBandColumns;
+        const ptrdiff_t fromStride = leftwards ? -kBandColumns : kBandColumns;
+        uint16_t* to = first + (leftwards ? rows - 8 - k : k);
+        for (int c = 0; c < blockColumns; c += 8) {
+            Transpose8(from + c, fromStride, to + c * rowStride, rowStride);
+        }
+    }
+    for (int k = 0; k < rows; ++k) {
+        for (int c = k < blockRows ? blockColumns : 0; c < n; ++c) {
+            first[c * rowStride + (leftwards ? rows - 1 - k : k)] = band[k * kBandColumns + c];
+        }
+    }
+}
+
+void EncodeQuarterTurn(const CScreen& screen, const uint32_t* colours, size_t pitch, int x, int y,
+                       int w, int h) {
+    const CScreen::Block panel = screen.PanelBlock(x, y, w, h);
+    const bool clockwise = screen.getRotation() == 90;
+    const ptrdiff_t panelStride = ptrdiff_t(screen.stride / 2);
+    uint16_t band[kBandRows * kBandColumns];
+    for (int r0 = 0; r0 < h; r0 += kBandRows) {
+        const int rows = std::min(kBandRows, h - r0);
+        for (int c0 = 0; c0 < w; c0 += kBandColumns) {
+            const int n = std::min(kBandColumns, w - c0);
+            for (int k = 0; k < rows; ++k) {
+                screen.format.EncodeRow(colours + size_t(r0 + k) * pitch + c0,
+                                        reinterpret_cast<uint8_t*>(band + k * kBandColumns),
+                                        size_t(n));
+            }
+            // At 90 buffer row r is panel column h-1-r and buffer column c panel row c;
+            // at 270 buffer row r is panel column r and buffer column c panel row w-1-c.
+            uint8_t* first = clockwise ? screen.At(panel.x + h - r0 - rows, panel.y + c0)
+                                       : screen.At(panel.x + r0, panel.y + w - 1 - c0);
+            TurnBand(band, rows, n, reinterpret_cast<uint16_t*>(first),
+                     clockwise ? panelStride : -panelStride, clockwise);
+        }
+    }
+}
+
 }  // namespace
 
 CScreen::Block CScreen::PanelBlock(int x, int y, int w, int h) const {
@@ -215,6 +359,14 @@ void CScreen::Walk(size_t pitch, int x, int y, int w, int h, ptrdiff_t tileStrid
 // The canvases' own layout needs no conversion, so a turned tile goes straight onto
 // the panel; any other goes through a tile buffer and the layout's row conversion.
 void CScreen::EncodeBlock(const uint32_t* colours, size_t pitch, int x, int y, int w, int h) const {
+    if (rotation != 0 && format.getBytesPerPixel() == 2 && IsAligned(pStart, stride, 2)) {
+        if (rotation == 180) {
+            EncodeHalfTurn(*this, colours, pitch, x, y, w, h);
+        } else {
+            EncodeQuarterTurn(*this, colours, pitch, x, y, w, h);
+        }
+        return;
+    }
     const bool direct = format.IsNative() && IsAligned(pStart, stride, 4);
     uint32_t tile[kTileRows * kTileColumns];
     Walk(
