@@ -179,17 +179,25 @@ void ReverseCells(const uint16_t* from, uint16_t* to, int n) {
     for (; k < n; ++k) to[n - 1 - k] = from[k];
 }
 
-void EncodeHalfTurn(const CScreen& screen, const uint32_t* colours, size_t pitch, int x, int y,
-                    int w, int h) {
+// A half turn of a block in either direction. convert(buffer row, first column, cells,
+// count) converts between the buffer and converted cells: it fills the cells on the way
+// to the panel (toPanel) and empties them on the way back.
+template <typename Convert>
+void HalfTurn(const CScreen& screen, int x, int y, int w, int h, bool toPanel, Convert convert) {
     const CScreen::Block panel = screen.PanelBlock(x, y, w, h);
     uint16_t cells[kBandColumns];
     for (int r = 0; r < h; ++r) {
-        const uint32_t* from = colours + size_t(r) * pitch;
-        uint16_t* to = reinterpret_cast<uint16_t*>(screen.At(panel.x, panel.y + h - 1 - r));
+        uint16_t* row = reinterpret_cast<uint16_t*>(screen.At(panel.x, panel.y + h - 1 - r));
         for (int done = 0; done < w; done += kBandColumns) {
             const int n = std::min(kBandColumns, w - done);
-            screen.format.EncodeRow(from + done, reinterpret_cast<uint8_t*>(cells), size_t(n));
-            ReverseCells(cells, to + (w - done - n), n);
+            // Buffer column c is panel column w-1-c: a reversal is its own inverse.
+            if (toPanel) {
+                convert(r, done, cells, n);
+                ReverseCells(cells, row + (w - done - n), n);
+            } else {
+                ReverseCells(row + (w - done - n), cells, n);
+                convert(r, done, cells, n);
+            }
         }
     }
 }
@@ -253,31 +261,39 @@ void Transpose8(const uint16_t* from, ptrdiff_t fromStride, uint16_t* to, ptrdif
 #undef VANTOR_L4
 #undef VANTOR_H4
 
-// A band of `rows` converted buffer rows (kBandColumns cells apart), `n` cells each, onto
-// the panel: buffer cell (k, c) goes to panel row c (rows `rowStride` cells apart from
-// `first`) and column k, or column rows-1-k when `leftwards`.
-void TurnBand(const uint16_t* band, int rows, int n, uint16_t* first, ptrdiff_t rowStride,
-              bool leftwards) {
+// Moves a band of `rows` converted buffer rows (kBandColumns cells apart), `n` cells
+// each, onto the panel (toPanel) or back: buffer cell (k, c) is panel row c (rows
+// `rowStride` cells apart from `first`) and column k, or column rows-1-k when
+// `leftwards`.
+void TurnBand(uint16_t* band, int rows, int n, uint16_t* first, ptrdiff_t rowStride, bool leftwards,
+              bool toPanel) {
     const int blockRows = rows & ~7;
     const int blockColumns = n & ~7;
     for (int k = 0; k < blockRows; k += 8) {
-        // Rows of a leftward band are read bottom up, so the panel side runs forwards.
-        const uint16_t* from = leftwards ? band + (k + 7) * kBandColumns : band + k * kBandColumns;
-        const ptrdiff_t fromStride = leftwards ? -kBandColumns : kBandColumns;
-        uint16_t* to = first + (leftwards ? rows - 8 - k : k);
+        // Rows of a leftward band go bottom up, so the panel side runs forwards.
+        uint16_t* cells = leftwards ? band + (k + 7) * kBandColumns : band + k * kBandColumns;
+        const ptrdiff_t cellStride = leftwards ? -kBandColumns : kBandColumns;
+        uint16_t* panel = first + (leftwards ? rows - 8 - k : k);
         for (int c = 0; c < blockColumns; c += 8) {
-            Transpose8(from + c, fromStride, to + c * rowStride, rowStride);
+            if (toPanel) {
+                Transpose8(cells + c, cellStride, panel + c * rowStride, rowStride);
+            } else {
+                Transpose8(panel + c * rowStride, rowStride, cells + c, cellStride);
+            }
         }
     }
     for (int k = 0; k < rows; ++k) {
         for (int c = k < blockRows ? blockColumns : 0; c < n; ++c) {
-            first[c * rowStride + (leftwards ? rows - 1 - k : k)] = band[k * kBandColumns + c];
+            uint16_t& cell = band[k * kBandColumns + c];
+            uint16_t& pixel = first[c * rowStride + (leftwards ? rows - 1 - k : k)];
+            toPanel ? void(pixel = cell) : void(cell = pixel);
         }
     }
 }
 
-void EncodeQuarterTurn(const CScreen& screen, const uint32_t* colours, size_t pitch, int x, int y,
-                       int w, int h) {
+// A quarter turn of a block in either direction; convert as for HalfTurn.
+template <typename Convert>
+void QuarterTurn(const CScreen& screen, int x, int y, int w, int h, bool toPanel, Convert convert) {
     const CScreen::Block panel = screen.PanelBlock(x, y, w, h);
     const bool clockwise = screen.getRotation() == 90;
     const ptrdiff_t panelStride = ptrdiff_t(screen.stride / 2);
@@ -286,19 +302,33 @@ void EncodeQuarterTurn(const CScreen& screen, const uint32_t* colours, size_t pi
         const int rows = std::min(kBandRows, h - r0);
         for (int c0 = 0; c0 < w; c0 += kBandColumns) {
             const int n = std::min(kBandColumns, w - c0);
-            for (int k = 0; k < rows; ++k) {
-                screen.format.EncodeRow(colours + size_t(r0 + k) * pitch + c0,
-                                        reinterpret_cast<uint8_t*>(band + k * kBandColumns),
-                                        size_t(n));
-            }
             // At 90 buffer row r is panel column h-1-r and buffer column c panel row c;
             // at 270 buffer row r is panel column r and buffer column c panel row w-1-c.
             uint8_t* first = clockwise ? screen.At(panel.x + h - r0 - rows, panel.y + c0)
                                        : screen.At(panel.x + r0, panel.y + w - 1 - c0);
-            TurnBand(band, rows, n, reinterpret_cast<uint16_t*>(first),
-                     clockwise ? panelStride : -panelStride, clockwise);
+            const auto turn = [&] {
+                TurnBand(band, rows, n, reinterpret_cast<uint16_t*>(first),
+                         clockwise ? panelStride : -panelStride, clockwise, toPanel);
+            };
+            if (!toPanel) turn();
+            for (int k = 0; k < rows; ++k) convert(r0 + k, c0, band + k * kBandColumns, n);
+            if (toPanel) turn();
         }
     }
+}
+
+// Runs a turned transfer of 16-bit cells; false where the panel is not such cells.
+template <typename Convert>
+bool TurnCells(const CScreen& screen, int x, int y, int w, int h, bool toPanel, Convert convert) {
+    if (screen.format.getBytesPerPixel() != 2 || !IsAligned(screen.pStart, screen.stride, 2)) {
+        return false;
+    }
+    if (screen.getRotation() == 180) {
+        HalfTurn(screen, x, y, w, h, toPanel, convert);
+    } else {
+        QuarterTurn(screen, x, y, w, h, toPanel, convert);
+    }
+    return true;
 }
 
 }  // namespace
@@ -359,12 +389,11 @@ void CScreen::Walk(size_t pitch, int x, int y, int w, int h, ptrdiff_t tileStrid
 // The canvases' own layout needs no conversion, so a turned tile goes straight onto
 // the panel; any other goes through a tile buffer and the layout's row conversion.
 void CScreen::EncodeBlock(const uint32_t* colours, size_t pitch, int x, int y, int w, int h) const {
-    if (rotation != 0 && format.getBytesPerPixel() == 2 && IsAligned(pStart, stride, 2)) {
-        if (rotation == 180) {
-            EncodeHalfTurn(*this, colours, pitch, x, y, w, h);
-        } else {
-            EncodeQuarterTurn(*this, colours, pitch, x, y, w, h);
-        }
+    if (rotation != 0 &&
+        TurnCells(*this, x, y, w, h, true, [&](int r, int c, uint16_t* cells, int n) {
+            format.EncodeRow(colours + size_t(r) * pitch + c, reinterpret_cast<uint8_t*>(cells),
+                             size_t(n));
+        })) {
         return;
     }
     const bool direct = format.IsNative() && IsAligned(pStart, stride, 4);
@@ -401,6 +430,13 @@ void CScreen::RawTiles(Direct direct, Converted converted) const {
 }
 
 void CScreen::ReadBlock(uint32_t* raw, size_t pitch, int x, int y, int w, int h) const {
+    if (rotation != 0 &&
+        TurnCells(*this, x, y, w, h, false, [&](int r, int c, uint16_t* cells, int n) {
+            format.ReadRaw(reinterpret_cast<const uint8_t*>(cells), raw + size_t(r) * pitch + c,
+                           size_t(n));
+        })) {
+        return;
+    }
     const auto rows = [&](ptrdiff_t at, uint8_t* device, int count) {
         format.ReadRaw(device, raw + at, size_t(count));
     };
@@ -426,6 +462,13 @@ void CScreen::ReadBlock(uint32_t* raw, size_t pitch, int x, int y, int w, int h)
 }
 
 void CScreen::WriteBlock(const uint32_t* raw, size_t pitch, int x, int y, int w, int h) const {
+    if (rotation != 0 &&
+        TurnCells(*this, x, y, w, h, true, [&](int r, int c, uint16_t* cells, int n) {
+            format.WriteRaw(raw + size_t(r) * pitch + c, reinterpret_cast<uint8_t*>(cells),
+                            size_t(n));
+        })) {
+        return;
+    }
     const auto rows = [&](ptrdiff_t at, uint8_t* device, int count) {
         format.WriteRaw(raw + at, device, size_t(count));
     };
