@@ -157,11 +157,12 @@ bool IsAligned(const uint8_t* memory, size_t stride, size_t bytes) {
     return reinterpret_cast<uintptr_t>(memory) % bytes == 0 && stride % bytes == 0;
 }
 
-// 16-bit panels, turned: each buffer row is converted as it stands, in long runs, and
-// only then are its 16-bit cells turned onto the panel. Turning the converted cells
-// moves half the bytes that turning the 32-bit colours first would, and the row
-// conversions see the same long rows as an unturned transfer.
-const int kBandRows = 32;      // buffer rows per band of a quarter turn: 64 panel bytes
+// 16-bit panels and 32-bit ones in a layout of their own, turned: each buffer row is
+// converted as it stands, in long runs, and only then are its cells turned onto the
+// panel. The row conversions see the same long rows as an unturned transfer, and 16-bit
+// cells are half the bytes of the colours they came from.
+const int kBandRows = 32;  // buffer rows per band of a quarter turn
+
 const int kBandColumns = 128;  // buffer columns converted per call
 
 // to[n-1-k] = from[k]: a buffer row's cells backwards, for a half turn. Eight cells go
@@ -179,15 +180,21 @@ void ReverseCells(const uint16_t* from, uint16_t* to, int n) {
     for (; k < n; ++k) to[n - 1 - k] = from[k];
 }
 
+void ReverseCells(const uint32_t* from, uint32_t* to, int n) {
+    int k = 0;
+    for (; k + 4 <= n; k += 4) Reverse4(from + k, to + n - 4 - k);
+    for (; k < n; ++k) to[n - 1 - k] = from[k];
+}
+
 // A half turn of a block in either direction. convert(buffer row, first column, cells,
 // count) converts between the buffer and converted cells: it fills the cells on the way
 // to the panel (toPanel) and empties them on the way back.
-template <typename Convert>
+template <typename Cell, typename Convert>
 void HalfTurn(const CScreen& screen, int x, int y, int w, int h, bool toPanel, Convert convert) {
     const CScreen::Block panel = screen.PanelBlock(x, y, w, h);
-    uint16_t cells[kBandColumns];
+    Cell cells[kBandColumns];
     for (int r = 0; r < h; ++r) {
-        uint16_t* row = reinterpret_cast<uint16_t*>(screen.At(panel.x, panel.y + h - 1 - r));
+        Cell* row = reinterpret_cast<Cell*>(screen.At(panel.x, panel.y + h - 1 - r));
         for (int done = 0; done < w; done += kBandColumns) {
             const int n = std::min(kBandColumns, w - done);
             // Buffer column c is panel column w-1-c: a reversal is its own inverse.
@@ -261,43 +268,54 @@ void Transpose8(const uint16_t* from, ptrdiff_t fromStride, uint16_t* to, ptrdif
 #undef VANTOR_L4
 #undef VANTOR_H4
 
+// The square blocks a band turns in: as many cells as a 16-byte vector holds.
+void TransposeCells(const uint16_t* from, ptrdiff_t fromStride, uint16_t* to, ptrdiff_t toStride) {
+    Transpose8(from, fromStride, to, toStride);
+}
+
+void TransposeCells(const uint32_t* from, ptrdiff_t fromStride, uint32_t* to, ptrdiff_t toStride) {
+    Transpose4(from, fromStride, to, toStride);
+}
+
 // Moves a band of `rows` converted buffer rows (kBandColumns cells apart), `n` cells
 // each, onto the panel (toPanel) or back: buffer cell (k, c) is panel row c (rows
 // `rowStride` cells apart from `first`) and column k, or column rows-1-k when
 // `leftwards`.
-void TurnBand(uint16_t* band, int rows, int n, uint16_t* first, ptrdiff_t rowStride, bool leftwards,
+template <typename Cell>
+void TurnBand(Cell* band, int rows, int n, Cell* first, ptrdiff_t rowStride, bool leftwards,
               bool toPanel) {
-    const int blockRows = rows & ~7;
-    const int blockColumns = n & ~7;
-    for (int k = 0; k < blockRows; k += 8) {
+    const int side = int(16 / sizeof(Cell));
+    const int blockRows = rows - rows % side;
+    const int blockColumns = n - n % side;
+    for (int k = 0; k < blockRows; k += side) {
         // Rows of a leftward band go bottom up, so the panel side runs forwards.
-        uint16_t* cells = leftwards ? band + (k + 7) * kBandColumns : band + k * kBandColumns;
+        Cell* cells = leftwards ? band + (k + side - 1) * kBandColumns : band + k * kBandColumns;
         const ptrdiff_t cellStride = leftwards ? -kBandColumns : kBandColumns;
-        uint16_t* panel = first + (leftwards ? rows - 8 - k : k);
-        for (int c = 0; c < blockColumns; c += 8) {
+        Cell* panel = first + (leftwards ? rows - side - k : k);
+        for (int c = 0; c < blockColumns; c += side) {
             if (toPanel) {
-                Transpose8(cells + c, cellStride, panel + c * rowStride, rowStride);
+                TransposeCells(cells + c, cellStride, panel + c * rowStride, rowStride);
             } else {
-                Transpose8(panel + c * rowStride, rowStride, cells + c, cellStride);
+                TransposeCells(panel + c * rowStride, rowStride, cells + c, cellStride);
             }
         }
     }
     for (int k = 0; k < rows; ++k) {
         for (int c = k < blockRows ? blockColumns : 0; c < n; ++c) {
-            uint16_t& cell = band[k * kBandColumns + c];
-            uint16_t& pixel = first[c * rowStride + (leftwards ? rows - 1 - k : k)];
+            Cell& cell = band[k * kBandColumns + c];
+            Cell& pixel = first[c * rowStride + (leftwards ? rows - 1 - k : k)];
             toPanel ? void(pixel = cell) : void(cell = pixel);
         }
     }
 }
 
 // A quarter turn of a block in either direction; convert as for HalfTurn.
-template <typename Convert>
+template <typename Cell, typename Convert>
 void QuarterTurn(const CScreen& screen, int x, int y, int w, int h, bool toPanel, Convert convert) {
     const CScreen::Block panel = screen.PanelBlock(x, y, w, h);
     const bool clockwise = screen.getRotation() == 90;
-    const ptrdiff_t panelStride = ptrdiff_t(screen.stride / 2);
-    uint16_t band[kBandRows * kBandColumns];
+    const ptrdiff_t panelStride = ptrdiff_t(screen.stride / sizeof(Cell));
+    Cell band[kBandRows * kBandColumns];
     for (int r0 = 0; r0 < h; r0 += kBandRows) {
         const int rows = std::min(kBandRows, h - r0);
         for (int c0 = 0; c0 < w; c0 += kBandColumns) {
@@ -307,7 +325,7 @@ void QuarterTurn(const CScreen& screen, int x, int y, int w, int h, bool toPanel
             uint8_t* first = clockwise ? screen.At(panel.x + h - r0 - rows, panel.y + c0)
                                        : screen.At(panel.x + r0, panel.y + w - 1 - c0);
             const auto turn = [&] {
-                TurnBand(band, rows, n, reinterpret_cast<uint16_t*>(first),
+                TurnBand(band, rows, n, reinterpret_cast<Cell*>(first),
                          clockwise ? panelStride : -panelStride, clockwise, toPanel);
             };
             if (!toPanel) turn();
@@ -317,16 +335,18 @@ void QuarterTurn(const CScreen& screen, int x, int y, int w, int h, bool toPanel
     }
 }
 
-// Runs a turned transfer of 16-bit cells; false where the panel is not such cells.
-template <typename Convert>
+// Runs a turned transfer of cells of the panel's size; false where the panel's pixels
+// are not such cells.
+template <typename Cell, typename Convert>
 bool TurnCells(const CScreen& screen, int x, int y, int w, int h, bool toPanel, Convert convert) {
-    if (screen.format.getBytesPerPixel() != 2 || !IsAligned(screen.pStart, screen.stride, 2)) {
+    if (size_t(screen.format.getBytesPerPixel()) != sizeof(Cell) ||
+        !IsAligned(screen.pStart, screen.stride, sizeof(Cell))) {
         return false;
     }
     if (screen.getRotation() == 180) {
-        HalfTurn(screen, x, y, w, h, toPanel, convert);
+        HalfTurn<Cell>(screen, x, y, w, h, toPanel, convert);
     } else {
-        QuarterTurn(screen, x, y, w, h, toPanel, convert);
+        QuarterTurn<Cell>(screen, x, y, w, h, toPanel, convert);
     }
     return true;
 }
@@ -389,11 +409,15 @@ void CScreen::Walk(size_t pitch, int x, int y, int w, int h, ptrdiff_t tileStrid
 // The canvases' own layout needs no conversion, so a turned tile goes straight onto
 // the panel; any other goes through a tile buffer and the layout's row conversion.
 void CScreen::EncodeBlock(const uint32_t* colours, size_t pitch, int x, int y, int w, int h) const {
+    // Colours in the canvases' own layout need no conversion: those go straight onto
+    // the panel below.
+    const auto encode = [&](int r, int c, auto* cells, int n) {
+        format.EncodeRow(colours + size_t(r) * pitch + c, reinterpret_cast<uint8_t*>(cells),
+                         size_t(n));
+    };
     if (rotation != 0 &&
-        TurnCells(*this, x, y, w, h, true, [&](int r, int c, uint16_t* cells, int n) {
-            format.EncodeRow(colours + size_t(r) * pitch + c, reinterpret_cast<uint8_t*>(cells),
-                             size_t(n));
-        })) {
+        (TurnCells<uint16_t>(*this, x, y, w, h, true, encode) ||
+         (!format.IsNative() && TurnCells<uint32_t>(*this, x, y, w, h, true, encode)))) {
         return;
     }
     const bool direct = format.IsNative() && IsAligned(pStart, stride, 4);
@@ -431,7 +455,7 @@ void CScreen::RawTiles(Direct direct, Converted converted) const {
 
 void CScreen::ReadBlock(uint32_t* raw, size_t pitch, int x, int y, int w, int h) const {
     if (rotation != 0 &&
-        TurnCells(*this, x, y, w, h, false, [&](int r, int c, uint16_t* cells, int n) {
+        TurnCells<uint16_t>(*this, x, y, w, h, false, [&](int r, int c, uint16_t* cells, int n) {
             format.ReadRaw(reinterpret_cast<const uint8_t*>(cells), raw + size_t(r) * pitch + c,
                            size_t(n));
         })) {
@@ -463,7 +487,7 @@ void CScreen::ReadBlock(uint32_t* raw, size_t pitch, int x, int y, int w, int h)
 
 void CScreen::WriteBlock(const uint32_t* raw, size_t pitch, int x, int y, int w, int h) const {
     if (rotation != 0 &&
-        TurnCells(*this, x, y, w, h, true, [&](int r, int c, uint16_t* cells, int n) {
+        TurnCells<uint16_t>(*this, x, y, w, h, true, [&](int r, int c, uint16_t* cells, int n) {
             format.WriteRaw(raw + size_t(r) * pitch + c, reinterpret_cast<uint8_t*>(cells),
                             size_t(n));
         })) {
