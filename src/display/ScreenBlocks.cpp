@@ -59,8 +59,10 @@ void StoreQuad(uint16_t* to, const Quad& quad) {
 
 // Row r of `to` takes column r of a 4 x 4 block of `from`; either side's rows may run
 // backwards (a negative stride), which turns the block by a quarter either way.
+// Always inlined: a call per block would cost as much as the block.
 template <typename From, typename To>
-void Transpose4(const From* from, ptrdiff_t fromStride, To* to, ptrdiff_t toStride) {
+__attribute__((always_inline)) inline void Transpose4(const From* from, ptrdiff_t fromStride,
+                                                      To* to, ptrdiff_t toStride) {
     Quad a0, a1, a2, a3;
     LoadQuad(from, a0);
     LoadQuad(from + fromStride, a1);
@@ -232,7 +234,8 @@ void StoreCells(uint16_t* to, const Cells8& cells) {
 
 // Row r of `to` takes column r of an 8 x 8 block of cells of `from`; either stride may be
 // negative.
-void Transpose8(const uint16_t* from, ptrdiff_t fromStride, uint16_t* to, ptrdiff_t toStride) {
+__attribute__((always_inline)) inline void Transpose8(const uint16_t* from, ptrdiff_t fromStride,
+                                                      uint16_t* to, ptrdiff_t toStride) {
     Cells8 a0, a1, a2, a3, a4, a5, a6, a7;
     LoadCells(from, a0);
     LoadCells(from + fromStride, a1);
