@@ -418,9 +418,9 @@ void CScreen::EncodeBlock(const uint32_t* colours, size_t pitch, int x, int y, i
         format.EncodeRow(colours + size_t(r) * pitch + c, reinterpret_cast<uint8_t*>(cells),
                          size_t(n));
     };
-    if (rotation != 0 &&
-        (TurnCells<uint16_t>(*this, x, y, w, h, true, encode) ||
-         (!format.IsNative() && TurnCells<uint32_t>(*this, x, y, w, h, true, encode)))) {
+    if (rotation != 0 && (TurnCells<uint16_t>(*this, x, y, w, h, true, encode) ||
+                          ((!format.IsNative() || rotation == 180) &&
+                           TurnCells<uint32_t>(*this, x, y, w, h, true, encode)))) {
         return;
     }
     const bool direct = format.IsNative() && IsAligned(pStart, stride, 4);
@@ -457,11 +457,13 @@ void CScreen::RawTiles(Direct direct, Converted converted) const {
 }
 
 void CScreen::ReadBlock(uint32_t* raw, size_t pitch, int x, int y, int w, int h) const {
+    const auto read = [&](int r, int c, auto* cells, int n) {
+        format.ReadRaw(reinterpret_cast<const uint8_t*>(cells), raw + size_t(r) * pitch + c,
+                       size_t(n));
+    };
     if (rotation != 0 &&
-        TurnCells<uint16_t>(*this, x, y, w, h, false, [&](int r, int c, uint16_t* cells, int n) {
-            format.ReadRaw(reinterpret_cast<const uint8_t*>(cells), raw + size_t(r) * pitch + c,
-                           size_t(n));
-        })) {
+        (TurnCells<uint16_t>(*this, x, y, w, h, false, read) ||
+         (rotation == 180 && TurnCells<uint32_t>(*this, x, y, w, h, false, read)))) {
         return;
     }
     const auto rows = [&](ptrdiff_t at, uint8_t* device, int count) {
@@ -489,11 +491,12 @@ void CScreen::ReadBlock(uint32_t* raw, size_t pitch, int x, int y, int w, int h)
 }
 
 void CScreen::WriteBlock(const uint32_t* raw, size_t pitch, int x, int y, int w, int h) const {
+    const auto write = [&](int r, int c, auto* cells, int n) {
+        format.WriteRaw(raw + size_t(r) * pitch + c, reinterpret_cast<uint8_t*>(cells), size_t(n));
+    };
     if (rotation != 0 &&
-        TurnCells<uint16_t>(*this, x, y, w, h, true, [&](int r, int c, uint16_t* cells, int n) {
-            format.WriteRaw(raw + size_t(r) * pitch + c, reinterpret_cast<uint8_t*>(cells),
-                            size_t(n));
-        })) {
+        (TurnCells<uint16_t>(*this, x, y, w, h, true, write) ||
+         (rotation == 180 && TurnCells<uint32_t>(*this, x, y, w, h, true, write)))) {
         return;
     }
     const auto rows = [&](ptrdiff_t at, uint8_t* device, int count) {
