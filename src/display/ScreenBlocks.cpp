@@ -3,7 +3,8 @@
 // Unturned blocks go row by row through the pixel layout's row conversions. Turned ones
 // go tile by tile: a tile is turned into panel order in a small buffer, whose rows then
 // take the same row conversions; where no conversion is needed the tile is the panel
-// memory itself.
+// memory itself. 16-bit panels, and 32-bit ones that need a conversion, turn the other
+// way round: rows are converted first and the converted cells turned (see TurnCells).
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -33,28 +34,15 @@ struct Path {
 };
 
 typedef uint32_t Quad __attribute__((vector_size(16)));
-typedef uint16_t HalfQuad __attribute__((vector_size(8)));
 
-// Four pixels of a buffer or tile. A 16-bit tile is panel memory holding raw pixels,
-// which widen to and narrow from the buffer's 32 bits unchanged. Vectors are passed by
-// reference: by value they would take an ABI that 32-bit x86 without SSE lacks.
+// Four pixels of a buffer or tile. Vectors are passed by reference: by value they would
+// take an ABI that 32-bit x86 without SSE lacks.
 void LoadQuad(const uint32_t* from, Quad& quad) {
     std::memcpy(&quad, from, sizeof(quad));
 }
 
-void LoadQuad(const uint16_t* from, Quad& quad) {
-    HalfQuad half;
-    std::memcpy(&half, from, sizeof(half));
-    quad = __builtin_convertvector(half, Quad);
-}
-
 void StoreQuad(uint32_t* to, const Quad& quad) {
     std::memcpy(to, &quad, sizeof(quad));
-}
-
-void StoreQuad(uint16_t* to, const Quad& quad) {
-    const HalfQuad half = __builtin_convertvector(quad, HalfQuad);
-    std::memcpy(to, &half, sizeof(half));
 }
 
 // Row r of `to` takes column r of a 4 x 4 block of `from`; either side's rows may run
@@ -443,14 +431,13 @@ void CScreen::EncodeBlock(const uint32_t* colours, size_t pitch, int x, int y, i
         });
 }
 
-// Raw 32-bit and 16-bit pixels are the panel's own words, so those tiles move straight
-// between the panel and the background; 24-bit ones go through the row conversions.
+// Raw 32-bit pixels are the panel's own words, so those tiles move straight between the
+// panel and the background; 24-bit ones go through the row conversions. (16-bit ones
+// never get here turned: see TurnCells.)
 template <typename Direct, typename Converted>
 void CScreen::RawTiles(Direct direct, Converted converted) const {
     if (format.getBytesPerPixel() == 4 && IsAligned(pStart, stride, 4)) {
         direct(uint32_t(), ptrdiff_t(stride / 4));
-    } else if (format.getBytesPerPixel() == 2 && IsAligned(pStart, stride, 2)) {
-        direct(uint16_t(), ptrdiff_t(stride / 2));
     } else {
         converted();
     }
