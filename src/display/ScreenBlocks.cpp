@@ -3,7 +3,8 @@
 // Unturned blocks go row by row through the pixel layout's row conversions. Turned ones
 // go tile by tile: a tile is turned into panel order in a small buffer, whose rows then
 // take the same row conversions; where no conversion is needed the tile is the panel
-// memory itself.
+// memory itself. 16-bit panels, and 32-bit ones that need a conversion, turn the other
+// way round: rows are converted first and the converted cells turned (see TurnCells).
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -33,34 +34,23 @@ struct Path {
 };
 
 typedef uint32_t Quad __attribute__((vector_size(16)));
-typedef uint16_t HalfQuad __attribute__((vector_size(8)));
 
-// Four pixels of a buffer or tile. A 16-bit tile is panel memory holding raw pixels,
-// which widen to and narrow from the buffer's 32 bits unchanged. Vectors are passed by
-// reference: by value they would take an ABI that 32-bit x86 without SSE lacks.
+// Four pixels of a buffer or tile. Vectors are passed by reference: by value they would
+// take an ABI that 32-bit x86 without SSE lacks.
 void LoadQuad(const uint32_t* from, Quad& quad) {
     std::memcpy(&quad, from, sizeof(quad));
-}
-
-void LoadQuad(const uint16_t* from, Quad& quad) {
-    HalfQuad half;
-    std::memcpy(&half, from, sizeof(half));
-    quad = __builtin_convertvector(half, Quad);
 }
 
 void StoreQuad(uint32_t* to, const Quad& quad) {
     std::memcpy(to, &quad, sizeof(quad));
 }
 
-void StoreQuad(uint16_t* to, const Quad& quad) {
-    const HalfQuad half = __builtin_convertvector(quad, HalfQuad);
-    std::memcpy(to, &half, sizeof(half));
-}
-
 // Row r of `to` takes column r of a 4 x 4 block of `from`; either side's rows may run
 // backwards (a negative stride), which turns the block by a quarter either way.
+// Always inlined: a call per block would cost as much as the block.
 template <typename From, typename To>
-void Transpose4(const From* from, ptrdiff_t fromStride, To* to, ptrdiff_t toStride) {
+__attribute__((always_inline)) inline void Transpose4(const From* from, ptrdiff_t fromStride,
+                                                      To* to, ptrdiff_t toStride) {
     Quad a0, a1, a2, a3;
     LoadQuad(from, a0);
     LoadQuad(from + fromStride, a1);
@@ -157,6 +147,201 @@ bool IsAligned(const uint8_t* memory, size_t stride, size_t bytes) {
     return reinterpret_cast<uintptr_t>(memory) % bytes == 0 && stride % bytes == 0;
 }
 
+// 16-bit panels and 32-bit ones in a layout of their own, turned: each buffer row is
+// converted as it stands, in long runs, and only then are its cells turned onto the
+// panel. The row conversions see the same long rows as an unturned transfer, and 16-bit
+// cells are half the bytes of the colours they came from.
+const int kBandRows = 32;  // buffer rows per band of a quarter turn
+
+const int kBandColumns = 128;  // buffer columns converted per call
+
+// to[n-1-k] = from[k]: a buffer row's cells backwards, for a half turn. Eight cells go
+// as four pairs: the pairs in reverse order, then the two cells of each pair swapped,
+// which every vector unit does in a few whole-register steps.
+void ReverseCells(const uint16_t* from, uint16_t* to, int n) {
+    int k = 0;
+    for (; k + 8 <= n; k += 8) {
+        Quad pairs;
+        std::memcpy(&pairs, from + k, sizeof(pairs));
+        pairs = __builtin_shufflevector(pairs, pairs, 3, 2, 1, 0);
+        pairs = (pairs << 16) | (pairs >> 16);
+        std::memcpy(to + n - 8 - k, &pairs, sizeof(pairs));
+    }
+    for (; k < n; ++k) to[n - 1 - k] = from[k];
+}
+
+void ReverseCells(const uint32_t* from, uint32_t* to, int n) {
+    int k = 0;
+    for (; k + 4 <= n; k += 4) Reverse4(from + k, to + n - 4 - k);
+    for (; k < n; ++k) to[n - 1 - k] = from[k];
+}
+
+// A half turn of a block in either direction. convert(buffer row, first column, cells,
+// count) converts between the buffer and converted cells: it fills the cells on the way
+// to the panel (toPanel) and empties them on the way back.
+template <typename Cell, typename Convert>
+void HalfTurn(const CScreen& screen, int x, int y, int w, int h, bool toPanel, Convert convert) {
+    const CScreen::Block panel = screen.PanelBlock(x, y, w, h);
+    Cell cells[kBandColumns];
+    for (int r = 0; r < h; ++r) {
+        Cell* row = reinterpret_cast<Cell*>(screen.At(panel.x, panel.y + h - 1 - r));
+        for (int done = 0; done < w; done += kBandColumns) {
+            const int n = std::min(kBandColumns, w - done);
+            // Buffer column c is panel column w-1-c: a reversal is its own inverse.
+            if (toPanel) {
+                convert(r, done, cells, n);
+                ReverseCells(cells, row + (w - done - n), n);
+            } else {
+                ReverseCells(row + (w - done - n), cells, n);
+                convert(r, done, cells, n);
+            }
+        }
+    }
+}
+
+typedef uint16_t Cells8 __attribute__((vector_size(16)));
+
+// Vectors are passed by reference here too (see LoadQuad).
+void LoadCells(const uint16_t* from, Cells8& cells) {
+    std::memcpy(&cells, from, sizeof(cells));
+}
+
+void StoreCells(uint16_t* to, const Cells8& cells) {
+    std::memcpy(to, &cells, sizeof(cells));
+}
+
+// The low (L) and high (H) halves of two vectors interleaved in units of 1, 2 or 4
+// cells: the three steps of an 8 x 8 transpose, each one instruction on common vector
+// units.
+#define VANTOR_L1(a, b) __builtin_shufflevector(a, b, 0, 8, 1, 9, 2, 10, 3, 11)
+#define VANTOR_H1(a, b) __builtin_shufflevector(a, b, 4, 12, 5, 13, 6, 14, 7, 15)
+#define VANTOR_L2(a, b) __builtin_shufflevector(a, b, 0, 1, 8, 9, 2, 3, 10, 11)
+#define VANTOR_H2(a, b) __builtin_shufflevector(a, b, 4, 5, 12, 13, 6, 7, 14, 15)
+#define VANTOR_L4(a, b) __builtin_shufflevector(a, b, 0, 1, 2, 3, 8, 9, 10, 11)
+#define VANTOR_H4(a, b) __builtin_shufflevector(a, b, 4, 5, 6, 7, 12, 13, 14, 15)
+
+// Row r of `to` takes column r of an 8 x 8 block of cells of `from`; either stride may be
+// negative.
+__attribute__((always_inline)) inline void Transpose8(const uint16_t* from, ptrdiff_t fromStride,
+                                                      uint16_t* to, ptrdiff_t toStride) {
+    Cells8 a0, a1, a2, a3, a4, a5, a6, a7;
+    LoadCells(from, a0);
+    LoadCells(from + fromStride, a1);
+    LoadCells(from + 2 * fromStride, a2);
+    LoadCells(from + 3 * fromStride, a3);
+    LoadCells(from + 4 * fromStride, a4);
+    LoadCells(from + 5 * fromStride, a5);
+    LoadCells(from + 6 * fromStride, a6);
+    LoadCells(from + 7 * fromStride, a7);
+    // Pairs of rows, then quads of rows, then all eight, column by column.
+    const Cells8 b0 = VANTOR_L1(a0, a1), b1 = VANTOR_H1(a0, a1);
+    const Cells8 b2 = VANTOR_L1(a2, a3), b3 = VANTOR_H1(a2, a3);
+    const Cells8 b4 = VANTOR_L1(a4, a5), b5 = VANTOR_H1(a4, a5);
+    const Cells8 b6 = VANTOR_L1(a6, a7), b7 = VANTOR_H1(a6, a7);
+    const Cells8 c0 = VANTOR_L2(b0, b2), c1 = VANTOR_H2(b0, b2);
+    const Cells8 c2 = VANTOR_L2(b1, b3), c3 = VANTOR_H2(b1, b3);
+    const Cells8 c4 = VANTOR_L2(b4, b6), c5 = VANTOR_H2(b4, b6);
+    const Cells8 c6 = VANTOR_L2(b5, b7), c7 = VANTOR_H2(b5, b7);
+    StoreCells(to, VANTOR_L4(c0, c4));
+    StoreCells(to + toStride, VANTOR_H4(c0, c4));
+    StoreCells(to + 2 * toStride, VANTOR_L4(c1, c5));
+    StoreCells(to + 3 * toStride, VANTOR_H4(c1, c5));
+    StoreCells(to + 4 * toStride, VANTOR_L4(c2, c6));
+    StoreCells(to + 5 * toStride, VANTOR_H4(c2, c6));
+    StoreCells(to + 6 * toStride, VANTOR_L4(c3, c7));
+    StoreCells(to + 7 * toStride, VANTOR_H4(c3, c7));
+}
+
+#undef VANTOR_L1
+#undef VANTOR_H1
+#undef VANTOR_L2
+#undef VANTOR_H2
+#undef VANTOR_L4
+#undef VANTOR_H4
+
+// The square blocks a band turns in: as many cells as a 16-byte vector holds.
+void TransposeCells(const uint16_t* from, ptrdiff_t fromStride, uint16_t* to, ptrdiff_t toStride) {
+    Transpose8(from, fromStride, to, toStride);
+}
+
+void TransposeCells(const uint32_t* from, ptrdiff_t fromStride, uint32_t* to, ptrdiff_t toStride) {
+    Transpose4(from, fromStride, to, toStride);
+}
+
+// Moves a band of `rows` converted buffer rows (kBandColumns cells apart), `n` cells
+// each, onto the panel (toPanel) or back: buffer cell (k, c) is panel row c (rows
+// `rowStride` cells apart from `first`) and column k, or column rows-1-k when
+// `leftwards`.
+template <typename Cell>
+void TurnBand(Cell* band, int rows, int n, Cell* first, ptrdiff_t rowStride, bool leftwards,
+              bool toPanel) {
+    const int side = int(16 / sizeof(Cell));
+    const int blockRows = rows - rows % side;
+    const int blockColumns = n - n % side;
+    for (int k = 0; k < blockRows; k += side) {
+        // Rows of a leftward band go bottom up, so the panel side runs forwards.
+        Cell* cells = leftwards ? band + (k + side - 1) * kBandColumns : band + k * kBandColumns;
+        const ptrdiff_t cellStride = leftwards ? -kBandColumns : kBandColumns;
+        Cell* panel = first + (leftwards ? rows - side - k : k);
+        for (int c = 0; c < blockColumns; c += side) {
+            if (toPanel) {
+                TransposeCells(cells + c, cellStride, panel + c * rowStride, rowStride);
+            } else {
+                TransposeCells(panel + c * rowStride, rowStride, cells + c, cellStride);
+            }
+        }
+    }
+    for (int k = 0; k < rows; ++k) {
+        for (int c = k < blockRows ? blockColumns : 0; c < n; ++c) {
+            Cell& cell = band[k * kBandColumns + c];
+            Cell& pixel = first[c * rowStride + (leftwards ? rows - 1 - k : k)];
+            toPanel ? void(pixel = cell) : void(cell = pixel);
+        }
+    }
+}
+
+// A quarter turn of a block in either direction; convert as for HalfTurn.
+template <typename Cell, typename Convert>
+void QuarterTurn(const CScreen& screen, int x, int y, int w, int h, bool toPanel, Convert convert) {
+    const CScreen::Block panel = screen.PanelBlock(x, y, w, h);
+    const bool clockwise = screen.getRotation() == 90;
+    const ptrdiff_t panelStride = ptrdiff_t(screen.stride / sizeof(Cell));
+    Cell band[kBandRows * kBandColumns];
+    for (int r0 = 0; r0 < h; r0 += kBandRows) {
+        const int rows = std::min(kBandRows, h - r0);
+        for (int c0 = 0; c0 < w; c0 += kBandColumns) {
+            const int n = std::min(kBandColumns, w - c0);
+            // At 90 buffer row r is panel column h-1-r and buffer column c panel row c;
+            // at 270 buffer row r is panel column r and buffer column c panel row w-1-c.
+            uint8_t* first = clockwise ? screen.At(panel.x + h - r0 - rows, panel.y + c0)
+                                       : screen.At(panel.x + r0, panel.y + w - 1 - c0);
+            const auto turn = [&] {
+                TurnBand(band, rows, n, reinterpret_cast<Cell*>(first),
+                         clockwise ? panelStride : -panelStride, clockwise, toPanel);
+            };
+            if (!toPanel) turn();
+            for (int k = 0; k < rows; ++k) convert(r0 + k, c0, band + k * kBandColumns, n);
+            if (toPanel) turn();
+        }
+    }
+}
+
+// Runs a turned transfer of cells of the panel's size; false where the panel's pixels
+// are not such cells.
+template <typename Cell, typename Convert>
+bool TurnCells(const CScreen& screen, int x, int y, int w, int h, bool toPanel, Convert convert) {
+    if (size_t(screen.format.getBytesPerPixel()) != sizeof(Cell) ||
+        !IsAligned(screen.pStart, screen.stride, sizeof(Cell))) {
+        return false;
+    }
+    if (screen.getRotation() == 180) {
+        HalfTurn<Cell>(screen, x, y, w, h, toPanel, convert);
+    } else {
+        QuarterTurn<Cell>(screen, x, y, w, h, toPanel, convert);
+    }
+    return true;
+}
+
 }  // namespace
 
 CScreen::Block CScreen::PanelBlock(int x, int y, int w, int h) const {
@@ -215,6 +400,17 @@ void CScreen::Walk(size_t pitch, int x, int y, int w, int h, ptrdiff_t tileStrid
 // The canvases' own layout needs no conversion, so a turned tile goes straight onto
 // the panel; any other goes through a tile buffer and the layout's row conversion.
 void CScreen::EncodeBlock(const uint32_t* colours, size_t pitch, int x, int y, int w, int h) const {
+    // Colours in the canvases' own layout need no conversion: those go straight onto
+    // the panel below.
+    const auto encode = [&](int r, int c, auto* cells, int n) {
+        format.EncodeRow(colours + size_t(r) * pitch + c, reinterpret_cast<uint8_t*>(cells),
+                         size_t(n));
+    };
+    if (rotation != 0 && (TurnCells<uint16_t>(*this, x, y, w, h, true, encode) ||
+                          ((!format.IsNative() || rotation == 180) &&
+                           TurnCells<uint32_t>(*this, x, y, w, h, true, encode)))) {
+        return;
+    }
     const bool direct = format.IsNative() && IsAligned(pStart, stride, 4);
     uint32_t tile[kTileRows * kTileColumns];
     Walk(
@@ -235,20 +431,28 @@ void CScreen::EncodeBlock(const uint32_t* colours, size_t pitch, int x, int y, i
         });
 }
 
-// Raw 32-bit and 16-bit pixels are the panel's own words, so those tiles move straight
-// between the panel and the background; 24-bit ones go through the row conversions.
+// Raw 32-bit pixels are the panel's own words, so those tiles move straight between the
+// panel and the background; 24-bit ones go through the row conversions. (16-bit ones
+// never get here turned: see TurnCells.)
 template <typename Direct, typename Converted>
 void CScreen::RawTiles(Direct direct, Converted converted) const {
     if (format.getBytesPerPixel() == 4 && IsAligned(pStart, stride, 4)) {
         direct(uint32_t(), ptrdiff_t(stride / 4));
-    } else if (format.getBytesPerPixel() == 2 && IsAligned(pStart, stride, 2)) {
-        direct(uint16_t(), ptrdiff_t(stride / 2));
     } else {
         converted();
     }
 }
 
 void CScreen::ReadBlock(uint32_t* raw, size_t pitch, int x, int y, int w, int h) const {
+    const auto read = [&](int r, int c, auto* cells, int n) {
+        format.ReadRaw(reinterpret_cast<const uint8_t*>(cells), raw + size_t(r) * pitch + c,
+                       size_t(n));
+    };
+    if (rotation != 0 &&
+        (TurnCells<uint16_t>(*this, x, y, w, h, false, read) ||
+         (rotation == 180 && TurnCells<uint32_t>(*this, x, y, w, h, false, read)))) {
+        return;
+    }
     const auto rows = [&](ptrdiff_t at, uint8_t* device, int count) {
         format.ReadRaw(device, raw + at, size_t(count));
     };
@@ -274,6 +478,14 @@ void CScreen::ReadBlock(uint32_t* raw, size_t pitch, int x, int y, int w, int h)
 }
 
 void CScreen::WriteBlock(const uint32_t* raw, size_t pitch, int x, int y, int w, int h) const {
+    const auto write = [&](int r, int c, auto* cells, int n) {
+        format.WriteRaw(raw + size_t(r) * pitch + c, reinterpret_cast<uint8_t*>(cells), size_t(n));
+    };
+    if (rotation != 0 &&
+        (TurnCells<uint16_t>(*this, x, y, w, h, true, write) ||
+         (rotation == 180 && TurnCells<uint32_t>(*this, x, y, w, h, true, write)))) {
+        return;
+    }
     const auto rows = [&](ptrdiff_t at, uint8_t* device, int count) {
         format.WriteRaw(raw + at, device, size_t(count));
     };
