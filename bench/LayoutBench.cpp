@@ -6,8 +6,7 @@
 // Run: build/bench/vantor_layout_bench
 #include <benchmark/benchmark.h>
 
-#include <time.h>
-
+#include "UpdateTiming.h"
 #include "vantor.h"
 #include "vantor_platform.h"
 
@@ -18,14 +17,6 @@ const int kWidth = 800, kHeight = 480;
 const int kDrmCard = -1;  // not a layout: the virtual DRM card, which scans out XRGB8888
 
 double xrgbNanoseconds = 0;  // per Update, from the first benchmark of the run
-
-// The comparison uses this thread's CPU time: on a shared machine the wall clock also
-// counts the time other processes held the core.
-double CpuNanoseconds() {
-    timespec now;
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-    return double(now.tv_sec) * 1e9 + double(now.tv_nsec);
-}
 
 void SetUpPanel(int layout) {
     vp_reset();
@@ -44,13 +35,7 @@ void SetUpPanel(int layout) {
 
 void FullScreenUpdate(benchmark::State& state, int layout) {
     SetUpPanel(layout);
-    double nanoseconds = 0;
-    for (auto _ : state) {
-        const double start = CpuNanoseconds();
-        Update();
-        nanoseconds += CpuNanoseconds() - start;
-    }
-    const double perUpdate = nanoseconds / double(state.iterations());
+    const double perUpdate = VantorBench::UpdateCpuNanoseconds(state);
     if (layout == VP_XRGB8888) xrgbNanoseconds = perUpdate;
     if (xrgbNanoseconds > 0) state.counters["vs_xrgb8888"] = perUpdate / xrgbNanoseconds;
     state.SetBytesProcessed(state.iterations() * int64_t(kWidth) * kHeight * 4);

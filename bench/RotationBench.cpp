@@ -5,10 +5,9 @@
 // Run: build/bench/vantor_rotation_bench
 #include <benchmark/benchmark.h>
 
-#include <time.h>
-
 #include <map>
 
+#include "UpdateTiming.h"
 #include "vantor.h"
 #include "vantor_platform.h"
 
@@ -17,14 +16,6 @@ namespace {
 const int kWidth = 800, kHeight = 480;
 
 std::map<int, double> unturnedNanoseconds;  // per Update, by layout
-
-// This thread's CPU time: on a shared machine the wall clock also counts the time other
-// processes held the core.
-double CpuNanoseconds() {
-    timespec now;
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-    return double(now.tv_sec) * 1e9 + double(now.tv_nsec);
-}
 
 void SetUpPanel(int layout, int rotation) {
     vp_reset();
@@ -43,13 +34,7 @@ void SetUpPanel(int layout, int rotation) {
 
 void TurnedUpdate(benchmark::State& state, int layout, int rotation) {
     SetUpPanel(layout, rotation);
-    double nanoseconds = 0;
-    for (auto _ : state) {
-        const double start = CpuNanoseconds();
-        Update();
-        nanoseconds += CpuNanoseconds() - start;
-    }
-    const double perUpdate = nanoseconds / double(state.iterations());
+    const double perUpdate = VantorBench::UpdateCpuNanoseconds(state);
     if (rotation == 0) unturnedNanoseconds[layout] = perUpdate;
     if (unturnedNanoseconds[layout] > 0) {
         state.counters["vs_unturned"] = perUpdate / unturnedNanoseconds[layout];

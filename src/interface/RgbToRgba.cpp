@@ -4,19 +4,10 @@
 #include <cstdint>
 #include <cstring>
 
+#include "../display/RowLoop.h"
 #include "vantor.h"
 
 namespace {
-
-// Built for baseline x86-64 and for wider vectors, chosen when the library is loaded
-// (as the screen row loops, PixelFormat.cpp).
-// GCC only: clang binds callers in other files to a multiversioned function only when
-// their declaration carries the attribute too, and ours, in the class header, does not.
-#if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__)
-#define VANTOR_ROW_LOOP __attribute__((target_clones("default", "avx2", "arch=x86-64-v4")))
-#else
-#define VANTOR_ROW_LOOP
-#endif
 
 const size_t kBlock = 16;
 
