@@ -30,7 +30,6 @@ class VANTOR_API CTextCodes {
     static bool IsControl(char32_t code) { return code < 0x20 || code == 0x7F; }
 
   private:
-    static int SequenceAt(const unsigned char* bytes, char32_t& code);
     static eTextEncoding current;
 };
 

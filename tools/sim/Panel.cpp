@@ -8,6 +8,8 @@
 
 #include <cstdio>
 
+#include "io/UniqueFd.h"
+
 namespace VantorSim {
 
 namespace {
@@ -74,11 +76,9 @@ vp_screen Panel::Screen(int width, int height) const {
 std::vector<uint32_t> ReadVisiblePage(const std::string& device, const uint8_t* memory) {
     fb_var_screeninfo var{};
     fb_fix_screeninfo fix{};
-    const int fd = open(device.c_str(), O_RDONLY | O_CLOEXEC);
-    if (fd < 0) return {};
-    const bool known =
-        ioctl(fd, FBIOGET_VSCREENINFO, &var) == 0 && ioctl(fd, FBIOGET_FSCREENINFO, &fix) == 0;
-    close(fd);
+    const Vantor::UniqueFd fd = Vantor::UniqueFd::Open(device.c_str(), O_RDONLY);
+    const bool known = fd.IsOpen() && ioctl(fd.Get(), FBIOGET_VSCREENINFO, &var) == 0 &&
+                       ioctl(fd.Get(), FBIOGET_FSCREENINFO, &fix) == 0;
     if (!known || memory == nullptr) return {};
     const size_t bytes = (var.bits_per_pixel + 7) / 8;
     std::vector<uint32_t> page;

@@ -64,20 +64,19 @@ bool SessionDirectory::MakeKeypad(const std::string& name) {
     if (!MakeDirectories(path, "/dev/input") || !MakeDirectories(path, names)) return false;
     if (!WriteFile(path + names + "/name", name + "\n")) return false;
     if (mkfifo(node.c_str(), 0644) != 0) return false;
-    keypadNode = open(node.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
-    return keypadNode >= 0;
+    keypadNode = Vantor::UniqueFd::Open(node.c_str(), O_RDWR | O_NONBLOCK);
+    return keypadNode.IsOpen();
 }
 
 // A typed key arrives as the TCA8418 driver reports a press, written at once so a
 // reader never sees a press cut in two.
 bool SessionDirectory::QueueKey(int code) {
     const VantorPlatform::KeyRecords press = VantorPlatform::MakeKeyRecords(code, 1);
-    return write(keypadNode, &press, sizeof(press)) == ssize_t(sizeof(press));
+    return write(keypadNode.Get(), &press, sizeof(press)) == ssize_t(sizeof(press));
 }
 
 void SessionDirectory::Remove() {
-    if (keypadNode >= 0) close(keypadNode);
-    keypadNode = -1;
+    keypadNode.Reset();
     if (!path.empty()) nftw(path.c_str(), RemoveEntry, 16, FTW_DEPTH | FTW_PHYS);
     path.clear();
 }

@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include "io/UniqueFd.h"
+
 namespace VantorSim {
 
 // The directory that holds one simulator session's devices, shared by every process
@@ -36,7 +38,7 @@ class SessionDirectory {
     bool MakeKeypad(const std::string& name);
 
     std::string path;
-    int keypadNode = -1;
+    Vantor::UniqueFd keypadNode;
 };
 
 }  // namespace VantorSim

@@ -10,6 +10,8 @@
 #include <cstdio>
 #include <cstring>
 
+#include "io/UniqueFd.h"
+
 namespace VantorSim {
 
 namespace {
@@ -55,12 +57,12 @@ void GiveTerminal(pid_t to) {
     Block(SIG_UNBLOCK, SIGTTOU);
 }
 
+// /dev/null becomes the program's standard input, so it is opened to be inherited; a
+// descriptor above 0 is only the way there.
 void KeepOffTerminal() {
-    const int none = open("/dev/null", O_RDONLY);
-    if (none > STDIN_FILENO) {
-        dup2(none, STDIN_FILENO);
-        close(none);
-    }
+    Vantor::UniqueFd none(open("/dev/null", O_RDONLY));
+    if (none.Get() == STDIN_FILENO) none.Release();
+    if (none.IsOpen()) dup2(none.Get(), STDIN_FILENO);
 }
 
 }  // namespace
