@@ -25,6 +25,28 @@ class VANTOR_API CDialog : public CCanvas {
     int QueryDialog(const CScreen& screen, float timeout);
     int QueryDialog(unsigned int* screen, int screenWidth, int screenHeight, float timeout);
 
+    // The buttons a dialog of this type shows, left to right and NULL-terminated (none
+    // for an unknown type); they answer 1, 2 in that order and the last is selected
+    // first. Also what a host lays out by when it measures the row with getMenuSize.
+    static const char* const* Buttons(eDialogType type) {
+        static const char* const kOk[] = {"Ok", 0};
+        static const char* const kOkCancel[] = {"Ok", "Cancel", 0};
+        static const char* const kYesNo[] = {"Yes", "No", 0};
+        static const char* const kNone[] = {0};
+        switch (type) {
+            case eDialogOk:
+                return kOk;
+            case eDialogOkCancel:
+                return kOkCancel;
+            case eDialogYesNo:
+                return kYesNo;
+            default:
+                return kNone;
+        }
+    }
+    // The text lines start this far right of and below the box's top-left corner.
+    static const int kTextInset = 2;
+
     CKeypad& keypad;
     CBitmapFont& font;
     eDialogType dialogType;

@@ -336,8 +336,8 @@ int ShowDialog(const char** lines, int type, int align) {
         CBitmapFont& font = *Screen().pFontRegular;
         const int lineHeight = font.header.glyphHeight;
         for (int k = 0; lines[k] != nullptr; ++k) {
-            std::unique_ptr<CAsciiText> line(
-                new CAsciiText(lines[k], font, CPoint(2, 2 + k * lineHeight)));
+            std::unique_ptr<CAsciiText> line(new CAsciiText(
+                lines[k], font, CPoint(CDialog::kTextInset, CDialog::kTextInset + k * lineHeight)));
             line->setAlignment(static_cast<eAlignMode>(align));
             dialog.objects.push_back(line.get());
             line.release();

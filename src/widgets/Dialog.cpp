@@ -28,21 +28,9 @@ CDialog::~CDialog() {
 }
 
 void CDialog::AddButtons() {
-    switch (dialogType) {
-        case eDialogOk:
-            pMenu->AddItem(1, "Ok", true);
-            break;
-        case eDialogOkCancel:
-            pMenu->AddItem(1, "Ok", false);
-            pMenu->AddItem(2, "Cancel", true);
-            break;
-        case eDialogYesNo:
-            pMenu->AddItem(1, "Yes", false);
-            pMenu->AddItem(2, "No", true);
-            break;
-        default:
-            break;  // an unknown type gets no buttons, and its query answers -1
-    }
+    const char* const* labels = Buttons(dialogType);
+    for (int n = 0; labels[n] != nullptr; ++n)
+        pMenu->AddItem(n + 1, labels[n], labels[n + 1] == nullptr);
 }
 
 // The button row sits in the dialog's bottom-right corner, one pixel in from its

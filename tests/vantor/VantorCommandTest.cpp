@@ -80,6 +80,7 @@ TEST(VantorCommand, AnswersEachWayOfLeavingWithItsStatusAndOutput) {
         {"menu --geometry 0,0,200,100 $(seq 1 30)", "up,up,ok", 0, "29\n"},
         {"menu --horizontal $(seq 100 160)", "up,ok", 0, "61\n"},
         {"menu --title $(printf %0300d 0) A B", "down,ok", 0, "2\n"},
+        {"menu A $(printf %0300d 0)", "down,ok", 0, "2\n"},  // wider than the screen: cut
         {"yesno 'Install?'", "ok", 1, ""},  // No is chosen first: a stray press is safe
         {"yesno 'Install?'", "up,ok", 0, ""},
         {"ok 'Done.'", "ok", 0, ""},
@@ -184,8 +185,9 @@ TEST(VantorCommand, NeverLosesTheInputOrTheAnswerQuietly) {
     }
 }
 
-// Text is wrapped at blanks only; what cannot be shown whole is a failure a script sees.
-TEST(VantorCommand, TextThatDoesNotFitFails) {
+// Text is wrapped at blanks only; what cannot be shown whole is a failure a script sees,
+// and so is a menu entry too wide for any menu the library makes on the screen.
+TEST(VantorCommand, WhatDoesNotFitTheScreenFails) {
     const struct {
         const char* args;
         int status;
@@ -195,6 +197,8 @@ TEST(VantorCommand, TextThatDoesNotFitFails) {
         {"text --at 790,10 hello", 8, "\"hello\" is wider than the 1 character from x=790"},
         {"text --at 700,460 'hello world again'", 8, "1 of 2 lines are left out"},
         {"text --at 700,400 'hello world again'", 0, ""},
+        {"menu A $(printf %010000d 0)", 8, "an entry is too wide for any menu on this screen"},
+        {"menu --horizontal $(printf %010000d 0) B", 8, "an entry is too wide for any menu"},
     };
     for (const auto& c : cases) {
         const Outcome run = RunVantor(c.args, "none");

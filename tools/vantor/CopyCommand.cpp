@@ -43,8 +43,7 @@ int RunCopy(int argc, char** argv) {
 
     const std::unique_ptr<Screen> screen = OpenDisplay(line.value("--device"));
     if (screen) {
-        const Box box = screen->Place(line.value("--geometry"), screen->width() * 3 / 4,
-                                      screen->cellHeight() + 30);
+        const Box box = screen->PlaceProgress(line.value("--geometry"));
         InitProgress(box.x, box.y, box.width, box.height);
         ShowProgress(caption, eAlignLeft, start);
     }

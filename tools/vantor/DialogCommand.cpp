@@ -10,18 +10,32 @@
 #include "Screen.h"
 #include "TextLines.h"
 #include "Utf8Text.h"
+#include "vantor/Dialog.h"
 
 namespace VantorTool {
 
 namespace {
 
-// The library writes the lines 2 pixels in from the box's corner and puts the button
-// row, about a cell and 16 pixels high, in its bottom-right corner.
-const int kInset = 2;
+using Vantor::CDialog;
+
+// The library writes the lines kTextInset in from the box's corner and puts the button
+// row in its bottom-right corner; the box leaves this much more room above the row, so
+// the last line never touches a button.
+const int kInset = CDialog::kTextInset;
+const int kRoomAboveButtons = 9;
 const int kMinimumColumns = 24;
 
-int ButtonRowHeight(const Screen& screen) {
-    return screen.cellHeight() + 16;
+// The labels the library's dialog shows, so the row is measured as it will be laid out.
+const char** ButtonLabels(int type) {
+    return const_cast<const char**>(CDialog::Buttons(static_cast<eDialogType>(type)));
+}
+
+// The height the buttons take at the box's bottom: their row and the room above it.
+int ButtonsHeight(int type) {
+    int width = 0, height = 0;
+    if (getMenuSize(ButtonLabels(type), eMenuHorizontal, &width, &height) != 0)
+        throw CommandFailure(kExitNoDisplay, "the dialog's buttons do not fit the screen");
+    return height + kRoomAboveButtons;
 }
 
 // Wide enough for the longest line, at least room for the buttons, at most three
@@ -37,8 +51,8 @@ int DefaultWidth(const std::vector<std::string>& lines, const Screen& screen) {
 
 // Lines the box cannot hold are left out with a word on stderr, never drawn over the
 // buttons.
-void FitHeight(std::vector<std::string>& lines, const Box& box, const Screen& screen) {
-    const int room = (box.height - 2 * kInset - ButtonRowHeight(screen)) / screen.cellHeight();
+void FitHeight(std::vector<std::string>& lines, const Box& box, const Screen& screen, int buttons) {
+    const int room = (box.height - 2 * kInset - buttons) / screen.cellHeight();
     const size_t fits = size_t(std::max(room, 0));
     if (lines.size() <= fits) return;
     std::fprintf(stderr, "vantor: %zu of %zu lines do not fit the dialog and are left out\n",
@@ -51,7 +65,7 @@ void FitHeight(std::vector<std::string>& lines, const Box& box, const Screen& sc
 // row menu where the dialog's own would be, in its bottom-right corner: the same look,
 // starting on Ok.
 int AskOkFirst(std::vector<const char*>& texts, const Box& box, int align) {
-    const char* buttons[] = {"Ok", "Cancel", nullptr};
+    const char** buttons = ButtonLabels(eDialogOkCancel);
     int rowWidth = 0, rowHeight = 0;
     getMenuSize(buttons, eMenuHorizontal, &rowWidth, &rowHeight);
     ShowDialog(texts.data(), 0, align);
@@ -69,10 +83,10 @@ int RunDialog(const CommandLine& line, int type, bool okFirst = false) {
     Screen::OpenKeypad();
     const int width = screen.Place(geometry, DefaultWidth(lines, screen), 1).width;
     lines = WrapLines(lines, size_t((width - 2 * kInset) / screen.cellWidth()));
-    const int height =
-        int(lines.size()) * screen.cellHeight() + 2 * kInset + ButtonRowHeight(screen);
+    const int buttons = ButtonsHeight(type);
+    const int height = int(lines.size()) * screen.cellHeight() + 2 * kInset + buttons;
     const Box box = screen.Place(geometry, width, height);
-    FitHeight(lines, box, screen);
+    FitHeight(lines, box, screen, buttons);
 
     std::vector<const char*> texts;
     for (const std::string& text : lines) texts.push_back(text.c_str());

@@ -47,9 +47,7 @@ int RunGauge(int argc, char** argv) {
     } catch (const CommandFailure& failure) {
         return DrainWithoutDisplay(failure);
     }
-    // The window holds one line of text above a 15-pixel bar, 5 pixels from each edge.
-    const Box box =
-        screen->Place(line.value("--geometry"), screen->width() * 3 / 4, screen->cellHeight() + 30);
+    const Box box = screen->PlaceProgress(line.value("--geometry"));
     if (InitProgress(box.x, box.y, box.width, box.height) != 0) {
         return DrainWithoutDisplay(
             CommandFailure(kExitNoDisplay, "the progress window does not fit on the screen"));

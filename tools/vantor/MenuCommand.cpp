@@ -10,6 +10,7 @@
 #include "Commands.h"
 #include "Screen.h"
 #include "Utf8Text.h"
+#include "widgets/MenuLayout.h"
 
 namespace VantorTool {
 
@@ -52,8 +53,11 @@ std::vector<const char*> Items(const Entries& entries) {
     return items;
 }
 
-// The library sets a menu's entries this far in from its edges.
-const int kMenuInset = 3;
+// The library sets a menu's entries this far in from its edges, so the entries' column
+// is the menu less that margin on both sides and its frame's corner pixel.
+using Vantor::CMenuLayout;
+const int kMenuInset = CMenuLayout::kBorder;
+const int kMenuFrame = int(CMenuLayout::Canvas(0));
 
 // The title is a line of the main canvas just above the menu, so Restore takes it away
 // with the menu. It spans the entries' column and is placed in it as the entries are; a
@@ -88,12 +92,16 @@ int RunMenu(int argc, char** argv) {
     Screen::OpenKeypad();
     std::vector<const char*> items = Items(entries);
     const int orientation = horizontal ? eMenuHorizontal : eMenuVertical;
-    // A menu the library refuses measures 0 x 0, and ShowMenu gives the refusal below.
+    // The library refuses a menu only when an entry is too wide for any canvas it would
+    // make on this screen; a long menu scrolls. Refused here, the script hears why rather
+    // than ShowMenu's -2, which would read as a keypad gone away.
     int width = 0, height = 0, titleWidth = 0, titleHeight = 0;
-    getMenuSize(items.data(), orientation, &width, &height);
+    if (getMenuSize(items.data(), orientation, &width, &height) != 0)
+        throw CommandFailure(kExitNoDisplay,
+                             "menu: an entry is too wide for any menu on this screen");
     if (!title.empty()) getFontSize(1, &titleWidth, &titleHeight);
     const int titleSpan = int(Characters(title)) * titleWidth;
-    const int span = std::max(width - 2 * kMenuInset - 1, titleSpan);
+    const int span = std::max(width - kMenuFrame, titleSpan);
     width = std::max(width, kMenuInset + titleSpan);  // the title stands inset as the entries do
     // The box is cut to the screen; the menu scrolls within what is left under the title.
     const Box box = screen.Place(line.value("--geometry"), width, height + titleHeight);

@@ -13,35 +13,39 @@
 #include <cstring>
 
 #include "DisplayChoice.h"
+#include "io/UniqueFd.h"
+#include "vantor/Progress.h"
 
 namespace VantorTool {
 
 namespace {
 
+using Vantor::UniqueFd;
+
+// Between the caption and the bar, as much room as the library keeps from the edges.
+const int kCaptionToBar = 5;
+
 // The library reports framebuffer faults on stdout. A script reads our answers from
 // stdout (choice=$(vantor menu ...)), so those lines are sent to stderr instead.
 void* OpenFramebufferKeepingStdout(const std::string& device) {
     std::fflush(stdout);
-    const int saved = dup(STDOUT_FILENO);
-    if (saved >= 0) dup2(STDERR_FILENO, STDOUT_FILENO);
+    // Ours alone, so close-on-exec like every descriptor the front end opens for itself.
+    const UniqueFd saved(fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0));
+    if (saved.IsOpen()) dup2(STDERR_FILENO, STDOUT_FILENO);
     void* state = InitFramebuffer(device.c_str());
     std::fflush(stdout);
-    if (saved >= 0) {
-        dup2(saved, STDOUT_FILENO);
-        close(saved);
-    }
+    if (saved.IsOpen()) dup2(saved.Get(), STDOUT_FILENO);
     return state;
 }
 
 // The library's own lines say which step failed but not the system's reason; asking
 // the device ourselves finds it (a missing node, no permission, not a framebuffer).
 std::string WhyUnusable(const std::string& device) {
-    const int fd = open(device.c_str(), O_RDWR | O_CLOEXEC | O_NONBLOCK);
-    if (fd < 0) return std::strerror(errno);
+    const UniqueFd fd = UniqueFd::Open(device.c_str(), O_RDWR | O_NONBLOCK);
+    if (!fd.IsOpen()) return std::strerror(errno);
     struct fb_var_screeninfo screen;
-    const bool framebuffer = ioctl(fd, FBIOGET_VSCREENINFO, &screen) == 0;
+    const bool framebuffer = ioctl(fd.Get(), FBIOGET_VSCREENINFO, &screen) == 0;
     const int error = errno;
-    close(fd);
     if (framebuffer) return "the library could not map it or load its fonts (see above)";
     // A DRM card answers no framebuffer request; the library's own line says what it found.
     if (device.rfind("/dev/dri/", 0) == 0)
@@ -82,6 +86,13 @@ Box Screen::Place(const std::string& geometry, int boxWidth, int boxHeight) cons
     box.x = (screenWidth - box.width) / 2;
     box.y = (screenHeight - box.height) / 2;
     return box;
+}
+
+Box Screen::PlaceProgress(const std::string& geometry) const {
+    using Vantor::CProgress;
+    const int height =
+        CProgress::kInset + cellH + kCaptionToBar + CProgress::kBarHeight + CProgress::kInset;
+    return Place(geometry, screenWidth * 3 / 4, height);
 }
 
 ExitStatus StatusOfLeavingKey(int answer) {

@@ -28,6 +28,9 @@ class Screen {
     // The box --geometry gave, or else one of the given size in the middle of the
     // screen, shrunk to fit it.
     Box Place(const std::string& geometry, int boxWidth, int boxHeight) const;
+    // The box of the progress window gauge and copy show: three quarters of the screen
+    // wide, tall enough for a line of text above the library's bar.
+    Box PlaceProgress(const std::string& geometry) const;
 
   private:
     int screenWidth = 0, screenHeight = 0, cellW = 8, cellH = 16;
