@@ -11,6 +11,7 @@
 
 #include "ShellRun.h"
 #include "TestSupport.h"
+#include "vantor/Progress.h"
 
 namespace {
 
@@ -58,6 +59,13 @@ std::vector<Band> WhiteBands(const Picture& picture) {
         inBand = white;
     }
     return bands;
+}
+
+// How much of the progress bar is filled, along a row through its middle: the window is
+// three quarters of the 800-pixel screen wide, from x = 100 to 700, the bar kInset within.
+double BarShare(const Picture& picture) {
+    const unsigned left = 100 + Vantor::CProgress::kInset, right = 700 - Vantor::CProgress::kInset;
+    return picture.count(0xFFFFFF, left, 250, right, 251) / double(right - left);
 }
 
 }  // namespace
@@ -214,7 +222,7 @@ TEST(VantorCommand, CopiesWithTheBarAndSaysWhatFailed) {
     EXPECT_EQ(0, run.status) << run.err;
     EXPECT_EQ(ReadFile(dir + "/src"), ReadFile(dir + "/dst"));
     const Picture bar = ReadPng(dir + "/0001.png");
-    EXPECT_NEAR(0.5, bar.count(0xFFFFFF, 105, 250, 695, 251) / 590.0, 0.02);
+    EXPECT_NEAR(0.5, BarShare(bar), 0.02);
 
     run = RunVantor("copy " + dir + "/missing " + dir + "/dst2", "none");
     EXPECT_EQ(6, run.status);
@@ -244,13 +252,11 @@ TEST(VantorCommand, DrawsWhatAScriptAskedFor) {
     const std::string gauge = MakeTempDir();
     ASSERT_EQ(0,
               RunVantor("gauge --keep", "none", gauge, "10\\nXXX\\n75\\nAlmost\\nXXX\\n").status);
-    EXPECT_NEAR(0.75, ReadPng(gauge + "/0001.png").count(0xFFFFFF, 105, 250, 695, 251) / 590.0,
-                0.02);
+    EXPECT_NEAR(0.75, BarShare(ReadPng(gauge + "/0001.png")), 0.02);
     // Only decimal numbers move it: 0x20 is not 32, 1e2 not 100.
     const std::string decimal = MakeTempDir();
     ASSERT_EQ(0, RunVantor("gauge --keep", "none", decimal, "40\\n0x20\\n1e2\\ninf\\n").status);
-    EXPECT_NEAR(0.4, ReadPng(decimal + "/0001.png").count(0xFFFFFF, 105, 250, 695, 251) / 590.0,
-                0.02);
+    EXPECT_NEAR(0.4, BarShare(ReadPng(decimal + "/0001.png")), 0.02);
     const std::string gone = MakeTempDir();
     ASSERT_EQ(0, RunVantor("gauge", "none", gone, "50\\n").status);
     EXPECT_NE(0, access((gone + "/0001.png").c_str(), F_OK));  // the screen is blank again

@@ -8,6 +8,7 @@
 #include <cstring>
 
 #include "ExitStatus.h"
+#include "io/UniqueFd.h"
 
 namespace VantorTool {
 
@@ -21,11 +22,11 @@ void GuardStandardStreams() {
     for (int fd = STDIN_FILENO; fd <= STDERR_FILENO; ++fd) {
         if (fcntl(fd, F_GETFD) >= 0 || errno != EBADF) continue;
         if (fd == STDOUT_FILENO) stdoutClosed = EBADF;
-        const int null = open("/dev/null", fd == STDIN_FILENO ? O_RDONLY : O_WRONLY);
-        if (null >= 0 && null != fd) {
-            dup2(null, fd);
-            close(null);
-        }
+        // Opened to be inherited as the stream it stands for; a higher number would be
+        // only the way there.
+        Vantor::UniqueFd null(open("/dev/null", fd == STDIN_FILENO ? O_RDONLY : O_WRONLY));
+        if (null.Get() == fd) null.Release();
+        if (null.IsOpen()) dup2(null.Get(), fd);
     }
 }
 
