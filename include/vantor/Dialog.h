@@ -25,23 +25,21 @@ class VANTOR_API CDialog : public CCanvas {
     int QueryDialog(const CScreen& screen, float timeout);
     int QueryDialog(unsigned int* screen, int screenWidth, int screenHeight, float timeout);
 
-    // The buttons a dialog of this type shows, left to right and NULL-terminated (none
-    // for an unknown type); they answer 1, 2 in that order and the last is selected
-    // first. Also what a host lays out by when it measures the row with getMenuSize.
-    static const char* const* Buttons(eDialogType type) {
-        static const char* const kOk[] = {"Ok", 0};
-        static const char* const kOkCancel[] = {"Ok", "Cancel", 0};
-        static const char* const kYesNo[] = {"Yes", "No", 0};
-        static const char* const kNone[] = {0};
+    // The label of button n (from 0, left to right) of a dialog of this type; NULL past
+    // the last, and at once for an unknown type. Button n answers n + 1 and the last is
+    // selected first. A host that measures the row with getMenuSize asks these labels.
+    // (Literals only: static data in an inline function would keep the library from
+    // ever being unloaded.)
+    static const char* ButtonLabel(eDialogType type, int n) {
         switch (type) {
             case eDialogOk:
-                return kOk;
+                return n == 0 ? "Ok" : 0;
             case eDialogOkCancel:
-                return kOkCancel;
+                return n == 0 ? "Ok" : n == 1 ? "Cancel" : 0;
             case eDialogYesNo:
-                return kYesNo;
+                return n == 0 ? "Yes" : n == 1 ? "No" : 0;
             default:
-                return kNone;
+                return 0;
         }
     }
     // The text lines start this far right of and below the box's top-left corner.

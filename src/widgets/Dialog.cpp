@@ -28,9 +28,9 @@ CDialog::~CDialog() {
 }
 
 void CDialog::AddButtons() {
-    const char* const* labels = Buttons(dialogType);
-    for (int n = 0; labels[n] != nullptr; ++n)
-        pMenu->AddItem(n + 1, labels[n], labels[n + 1] == nullptr);
+    for (int n = 0; ButtonLabel(dialogType, n) != nullptr; ++n)
+        pMenu->AddItem(n + 1, ButtonLabel(dialogType, n),
+                       ButtonLabel(dialogType, n + 1) == nullptr);
 }
 
 // The button row sits in the dialog's bottom-right corner, one pixel in from its

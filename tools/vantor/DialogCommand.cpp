@@ -26,14 +26,18 @@ const int kRoomAboveButtons = 9;
 const int kMinimumColumns = 24;
 
 // The labels the library's dialog shows, so the row is measured as it will be laid out.
-const char** ButtonLabels(int type) {
-    return const_cast<const char**>(CDialog::Buttons(static_cast<eDialogType>(type)));
-}
+struct ButtonLabels {
+    explicit ButtonLabels(int type) {
+        for (int n = 0; n < 2; ++n) labels[n] = CDialog::ButtonLabel(eDialogType(type), n);
+    }
+    const char* labels[3] = {};  // two at most, and the end
+};
 
 // The height the buttons take at the box's bottom: their row and the room above it.
 int ButtonsHeight(int type) {
     int width = 0, height = 0;
-    if (getMenuSize(ButtonLabels(type), eMenuHorizontal, &width, &height) != 0)
+    ButtonLabels buttons(type);
+    if (getMenuSize(buttons.labels, eMenuHorizontal, &width, &height) != 0)
         throw CommandFailure(kExitNoDisplay, "the dialog's buttons do not fit the screen");
     return height + kRoomAboveButtons;
 }
@@ -65,7 +69,8 @@ void FitHeight(std::vector<std::string>& lines, const Box& box, const Screen& sc
 // row menu where the dialog's own would be, in its bottom-right corner: the same look,
 // starting on Ok.
 int AskOkFirst(std::vector<const char*>& texts, const Box& box, int align) {
-    const char** buttons = ButtonLabels(eDialogOkCancel);
+    ButtonLabels row(eDialogOkCancel);
+    const char** buttons = row.labels;
     int rowWidth = 0, rowHeight = 0;
     getMenuSize(buttons, eMenuHorizontal, &rowWidth, &rowHeight);
     ShowDialog(texts.data(), 0, align);
