@@ -22,7 +22,7 @@ namespace {
 
 using Vantor::UniqueFd;
 
-// Between the caption and the bar, as much room as the library keeps from the edges.
+// The room the front end leaves between the caption and the bar; its own choice.
 const int kCaptionToBar = 5;
 
 // The library reports framebuffer faults on stdout. A script reads our answers from
