@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// Sixteen 24-bit pixels are exactly three 16-byte vectors, and sixteen 32-bit words four.
+// On a little-endian CPU a pixel's three bytes are the low three of its word, so a block
+// moves between the two forms by picking bytes: one constant byte shuffle per vector,
+// which x86-64 (from SSSE3 on), NEON and other vector units do in an instruction or two.
+// Written with the compilers' generic vector extension (GCC 12 and clang both know
+// __builtin_shufflevector) rather than one CPU's intrinsics, so the same source builds
+// everywhere; the same work written with shifts of whole words compiled to scalar code
+// and cost three to four times the memory floor.
+//
+// An order says which of a pixel's three bytes each byte of the other form takes: three
+// 2-bit fields, lowest first. kKeepOrder (0, 1, 2) keeps them as they are, kSwapOrder
+// (2, 1, 0) swaps the first and the last on the way.
+#include <cstdint>
+#include <cstring>
+#include <utility>
+
+namespace Vantor {
+namespace Packed24 {
+
+const bool kLittleEndian = __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__;
+const int kKeepOrder = 0x24;
+const int kSwapOrder = 0x06;
+
+typedef uint8_t Lane __attribute__((vector_size(16)));
+
+constexpr int Field(int order, int byte) {
+    return order >> (2 * byte) & 3;
+}
+
+// Byte j of packed vector k (of 3) belongs to pixel p = (16k + j) / 3, counted from the
+// first of the two word vectors k and k + 1 it is taken from.
+constexpr int PackedFrom(int k, int j, int order) {
+    return (16 * k + j) / 3 * 4 + Field(order, (16 * k + j) % 3) - 16 * k;
+}
+
+// Byte j of word vector m (of 4) is byte j % 4 of pixel 4m + j / 4, counted from the first
+// of the two packed vectors it is taken from (0 and 1 for m < 2, else 1 and 2). A word's
+// fourth byte is taken from anywhere and masked off.
+constexpr int SpreadFrom(int m, int j, int order) {
+    return j % 4 == 3 ? 0 : (4 * m + j / 4) * 3 + Field(order, j % 4) - (m > 1 ? 16 : 0);
+}
+
+template <int K, int Order, int... J>
+[[gnu::always_inline]] inline Lane Packed(const Lane& a, const Lane& b,
+                                          std::integer_sequence<int, J...>) {
+    return __builtin_shufflevector(a, b, PackedFrom(K, J, Order)...);
+}
+
+template <int M, int Order, int... J>
+[[gnu::always_inline]] inline Lane Spread(const Lane& a, const Lane& b,
+                                          std::integer_sequence<int, J...>) {
+    return __builtin_shufflevector(a, b, SpreadFrom(M, J, Order)...);
+}
+
+// Vectors go to and from memory one at a time: gathered in an array, GCC moved the array
+// through the stack as one 64-byte value, and the CPU cannot forward four 16-byte stores
+// into one wide load.
+[[gnu::always_inline]] inline Lane LoadLane(const void* from) {
+    Lane lane;
+    std::memcpy(&lane, from, sizeof lane);
+    return lane;
+}
+
+[[gnu::always_inline]] inline void StoreLane(void* to, const Lane& lane) {
+    std::memcpy(to, &lane, sizeof lane);
+}
+
+// 16 words (their fourth bytes dropped) to 48 bytes.
+template <int Order = kKeepOrder>
+[[gnu::always_inline]] inline void Pack(const uint32_t* __restrict words,
+                                        uint8_t* __restrict packed) {
+    const auto bytes = std::make_integer_sequence<int, 16>();
+    const Lane v0 = LoadLane(words), v1 = LoadLane(words + 4), v2 = LoadLane(words + 8),
+               v3 = LoadLane(words + 12);
+    StoreLane(packed, Packed<0, Order>(v0, v1, bytes));
+    StoreLane(packed + 16, Packed<1, Order>(v1, v2, bytes));
+    StoreLane(packed + 32, Packed<2, Order>(v2, v3, bytes));
+}
+
+// 48 bytes to 16 words (64 bytes at `words`, any alignment) whose fourth byte is 0.
+template <int Order = kKeepOrder>
+[[gnu::always_inline]] inline void Spread(const uint8_t* __restrict packed,
+                                          uint8_t* __restrict words) {
+    const auto bytes = std::make_integer_sequence<int, 16>();
+    const Lane low = {255, 255, 255, 0, 255, 255, 255, 0, 255, 255, 255, 0, 255, 255, 255, 0};
+    const Lane p0 = LoadLane(packed), p1 = LoadLane(packed + 16), p2 = LoadLane(packed + 32);
+    StoreLane(words, Spread<0, Order>(p0, p1, bytes) & low);
+    StoreLane(words + 16, Spread<1, Order>(p0, p1, bytes) & low);
+    StoreLane(words + 32, Spread<2, Order>(p1, p2, bytes) & low);
+    StoreLane(words + 48, Spread<3, Order>(p1, p2, bytes) & low);
+}
+
+}  // namespace Packed24
+}  // namespace Vantor
