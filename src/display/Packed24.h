@@ -8,7 +8,10 @@
 // Written with the compilers' generic vector extension (GCC 12 and clang both know
 // __builtin_shufflevector) rather than one CPU's intrinsics, so the same source builds
 // everywhere; the same work written with shifts of whole words compiled to scalar code
-// and cost three to four times the memory floor.
+// and cost three to four times the memory floor. Where there is no vector unit to
+// shuffle with (armhf's baseline has no NEON, 32-bit x86 no SSSE3) the compiler would
+// take the shuffles apart byte by byte, four times slower than shifting whole words, so
+// there the words are shifted.
 //
 // An order says which of a pixel's three bytes each byte of the other form takes: three
 // 2-bit fields, lowest first. kKeepOrder (0, 1, 2) keeps them as they are, kSwapOrder
@@ -21,6 +24,11 @@ namespace Vantor {
 namespace Packed24 {
 
 const bool kLittleEndian = __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__;
+#if defined(__x86_64__) || defined(__SSSE3__) || defined(__aarch64__) || defined(__ARM_NEON)
+const bool kByteShuffles = true;
+#else
+const bool kByteShuffles = false;
+#endif
 const int kKeepOrder = 0x24;
 const int kSwapOrder = 0x06;
 
@@ -68,10 +76,38 @@ template <int M, int Order, int... J>
     std::memcpy(to, &lane, sizeof lane);
 }
 
+// A word's three bytes in the order asked for, its fourth byte 0.
+template <int Order>
+[[gnu::always_inline]] inline uint32_t Reorder(uint32_t word) {
+    if (Order == kKeepOrder) return word & 0xFFFFFFu;
+    return (word & 0xFF00u) | (word >> 16 & 0xFFu) | (word & 0xFFu) << 16;
+}
+
+[[gnu::always_inline]] inline uint32_t LoadWord(const uint8_t* from) {
+    uint32_t word;
+    std::memcpy(&word, from, sizeof word);
+    return word;
+}
+
+[[gnu::always_inline]] inline void StoreWord(uint8_t* to, uint32_t word) {
+    std::memcpy(to, &word, sizeof word);
+}
+
 // 16 words (their fourth bytes dropped) to 48 bytes.
 template <int Order = kKeepOrder>
 [[gnu::always_inline]] inline void Pack(const uint32_t* __restrict words,
                                         uint8_t* __restrict packed) {
+    if (!kByteShuffles) {
+        // Four pixels are three words.
+        for (int g = 0; g < 16; g += 4, words += 4, packed += 12) {
+            const uint32_t a = Reorder<Order>(words[0]), b = Reorder<Order>(words[1]),
+                           c = Reorder<Order>(words[2]), d = Reorder<Order>(words[3]);
+            StoreWord(packed, a | b << 24);
+            StoreWord(packed + 4, b >> 8 | c << 16);
+            StoreWord(packed + 8, c >> 16 | d << 8);
+        }
+        return;
+    }
     const auto bytes = std::make_integer_sequence<int, 16>();
     const Lane v0 = LoadLane(words), v1 = LoadLane(words + 4), v2 = LoadLane(words + 8),
                v3 = LoadLane(words + 12);
@@ -84,6 +120,16 @@ template <int Order = kKeepOrder>
 template <int Order = kKeepOrder>
 [[gnu::always_inline]] inline void Spread(const uint8_t* __restrict packed,
                                           uint8_t* __restrict words) {
+    if (!kByteShuffles) {
+        for (int g = 0; g < 16; g += 4, packed += 12, words += 16) {
+            const uint32_t a = LoadWord(packed), b = LoadWord(packed + 4), c = LoadWord(packed + 8);
+            StoreWord(words, Reorder<Order>(a));
+            StoreWord(words + 4, Reorder<Order>(a >> 24 | b << 8));
+            StoreWord(words + 8, Reorder<Order>(b >> 16 | c << 16));
+            StoreWord(words + 12, Reorder<Order>(c >> 8));
+        }
+        return;
+    }
     const auto bytes = std::make_integer_sequence<int, 16>();
     const Lane low = {255, 255, 255, 0, 255, 255, 255, 0, 255, 255, 255, 0, 255, 255, 255, 0};
     const Lane p0 = LoadLane(packed), p1 = LoadLane(packed + 16), p2 = LoadLane(packed + 32);
