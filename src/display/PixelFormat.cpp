@@ -7,6 +7,7 @@
 #include <cstring>
 #include <initializer_list>
 
+#include "Packed24.h"
 #include "RowLoop.h"
 
 namespace Vantor {
@@ -55,14 +56,22 @@ struct Packer {
 template <unsigned RedUp, unsigned GreenUp, unsigned BlueUp>
 struct Packer565 {
     uint32_t operator()(uint32_t colour) const {
-        return ((colour >> 19) & 0x1Fu) << RedUp | ((colour >> 10) & 0x3Fu) << GreenUp |
-               ((colour >> 3) & 0x1Fu) << BlueUp;
+        return Move<19, RedUp>(colour, 0x1Fu) | Move<10, GreenUp>(colour, 0x3Fu) |
+               Move<3, BlueUp>(colour, 0x1Fu);
+    }
+    // The channel's bits from bit From to bit To in one shift and one mask.
+    template <unsigned From, unsigned To>
+    static uint32_t Move(uint32_t colour, uint32_t bits) {
+        return (From >= To ? colour >> (From - To) : colour << (To - From)) & (bits << To);
     }
 };
 
-// 8-bit channels in any byte order, shifts known at compile time.
+// 8-bit channels in any byte order, shifts known at compile time. For packed 24-bit
+// pixels `kOrder` says which byte of a colour each device byte takes (see Packed24.h).
 template <unsigned RedUp, unsigned GreenUp, unsigned BlueUp>
 struct Packer888 {
+    static constexpr int kOrder = 2 << RedUp / 4 | 1 << GreenUp / 4;
+
     uint32_t operator()(uint32_t colour) const {
         return (colour >> 16 & 0xFFu) << RedUp | (colour >> 8 & 0xFFu) << GreenUp |
                (colour & 0xFFu) << BlueUp;
@@ -124,34 +133,22 @@ const size_t kBlock = 16;
 template <int Bytes>
 constexpr size_t kBlockOf = Bytes == 3 ? kBlock : 2 * kBlock;
 
-// Four 24-bit pixels are exactly three words. On a little-endian CPU moving whole
-// words gives the same bytes as Store<3>/Load<3>, at a fraction of the cost.
-const bool kLittleEndian = __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__;
+using Packed24::kLittleEndian;
 
-void StoreWord(uint8_t* device, uint32_t word) {
-    std::memcpy(device, &word, 4);
+// A 24-bit block of 8-bit channels is one shuffle of the colours themselves; other
+// channel widths are packed first.
+template <typename Pack>
+[[gnu::always_inline]] inline void PackColours24(const Pack& pack, const uint32_t* colours,
+                                                 uint8_t* device) {
+    uint32_t values[kBlock];
+    for (size_t k = 0; k < kBlock; ++k) values[k] = pack(colours[k]);
+    Packed24::Pack(values, device);
 }
 
-void StoreGroup24(uint8_t* device, const uint32_t* v) {
-    StoreWord(device, v[0] | v[1] << 24);
-    StoreWord(device + 4, v[1] >> 8 | v[2] << 16);
-    StoreWord(device + 8, v[2] >> 16 | v[3] << 8);
-}
-
-uint32_t LoadWord(const uint8_t* device) {
-    uint32_t word;
-    std::memcpy(&word, device, 4);
-    return word;
-}
-
-void LoadBlock24(const uint8_t* __restrict device, uint32_t* __restrict v) {
-    for (size_t g = 0; g < kBlock; g += 4, v += 4, device += 12) {
-        const uint32_t w0 = LoadWord(device), w1 = LoadWord(device + 4), w2 = LoadWord(device + 8);
-        v[0] = w0 & 0xFFFFFF;
-        v[1] = (w0 >> 24 | w1 << 8) & 0xFFFFFF;
-        v[2] = (w1 >> 16 | w2 << 16) & 0xFFFFFF;
-        v[3] = w2 >> 8;
-    }
+template <unsigned R, unsigned G, unsigned B>
+[[gnu::always_inline]] inline void PackColours24(const Packer888<R, G, B>&, const uint32_t* colours,
+                                                 uint8_t* device) {
+    Packed24::Pack<Packer888<R, G, B>::kOrder>(colours, device);
 }
 
 // One block of kBlock pixels each.
@@ -159,26 +156,18 @@ template <int Bytes, typename Pack>
 [[gnu::always_inline]] inline void EncodeBlock(const Pack& pack, const uint32_t* __restrict colours,
                                                uint8_t* __restrict device) {
     if (Bytes == 3 && kLittleEndian) {
-        // Packed as one vector step, then stored as whole words.
-        uint32_t values[kBlock];
-        for (size_t k = 0; k < kBlock; ++k) values[k] = pack(colours[k]);
-        for (size_t g = 0; g < kBlock; g += 4) StoreGroup24(device + g * 3, values + g);
+        PackColours24(pack, colours, device);
     } else {
         for (size_t k = 0; k < kBlockOf<Bytes>; ++k)
             Store<Bytes>(device + k * Bytes, pack(colours[k]));
     }
 }
 
-// With `more` (at least one more pixel follows the block in the row), a 24-bit pixel
-// is read as the word at its first byte with the fourth byte masked off: plain loads
-// that vectorise, where assembling words across pixels does not.
 template <int Bytes>
 [[gnu::always_inline]] inline void ReadBlock(const uint8_t* __restrict device,
-                                             uint32_t* __restrict raw, bool more) {
-    if (Bytes == 3 && kLittleEndian && more) {
-        for (size_t k = 0; k < kBlock; ++k) raw[k] = LoadWord(device + k * 3) & 0xFFFFFF;
-    } else if (Bytes == 3 && kLittleEndian) {
-        LoadBlock24(device, raw);
+                                             uint32_t* __restrict raw) {
+    if (Bytes == 3 && kLittleEndian) {
+        Packed24::Spread(device, reinterpret_cast<uint8_t*>(raw));
     } else {
         for (size_t k = 0; k < kBlockOf<Bytes>; ++k) raw[k] = Load<Bytes>(device + k * Bytes);
     }
@@ -188,7 +177,7 @@ template <int Bytes>
 [[gnu::always_inline]] inline void WriteBlock(const uint32_t* __restrict raw,
                                               uint8_t* __restrict device) {
     if (Bytes == 3 && kLittleEndian) {
-        for (size_t g = 0; g < kBlock; g += 4) StoreGroup24(device + g * 3, raw + g);
+        Packed24::Pack(raw, device);
     } else {
         for (size_t k = 0; k < kBlockOf<Bytes>; ++k) Store<Bytes>(device + k * Bytes, raw[k]);
     }
@@ -236,15 +225,15 @@ template <int Bytes>
         return;
     }
     const size_t start = AlignedStart<4, Bytes>(raw);
-    if (start != 0) ReadBlock<Bytes>(device, raw, count > kBlockOf<Bytes>);
+    if (start != 0) ReadBlock<Bytes>(device, raw);
     const uint8_t* from = device + start * Bytes;
     uint32_t* to = raw + start;
     const size_t rest = count - start;
     for (size_t i = 0; i + kBlockOf<Bytes> < rest; i += kBlockOf<Bytes>) {
-        ReadBlock<Bytes>(from + i * Bytes, to + i, true);
+        ReadBlock<Bytes>(from + i * Bytes, to + i);
     }
     const size_t last = count - kBlockOf<Bytes>;
-    ReadBlock<Bytes>(device + last * Bytes, raw + last, false);
+    ReadBlock<Bytes>(device + last * Bytes, raw + last);
 }
 
 template <int Bytes>

@@ -8,7 +8,7 @@
 // GCC only: clang binds callers in other files to a multiversioned function only when
 // their declaration carries the attribute too, and ours, in the class headers, do not.
 #if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__)
-#define VANTOR_ROW_LOOP __attribute__((target_clones("default", "avx2", "arch=x86-64-v4")))
+#define VANTOR_ROW_LOOP __attribute__((target_clones("default", "arch=x86-64-v2", "avx2", "arch=x86-64-v4")))
 #else
 #define VANTOR_ROW_LOOP
 #endif

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "../display/Packed24.h"
 #include "../display/RowLoop.h"
 #include "vantor.h"
 
@@ -18,25 +19,16 @@ void ConvertPixel(const unsigned char* src, unsigned char* dst) {
     dst[3] = 0;
 }
 
-const bool kLittleEndian = __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__;
+using Vantor::Packed24::kLittleEndian;
 
-// Each pixel is read as one 4-byte word starting at its first byte (the fourth byte
-// belongs to the next pixel and is dropped), so a block is sixteen plain loads and
-// shifts that the compiler vectorises; a block whose last word would reach past the
-// source's `size` bytes is left to the pixel loop, as is everything on a big-endian
-// CPU, where the words would hold the bytes the other way round.
+// Sixteen triples (48 bytes) at a time become sixteen words in byte shuffles, red and
+// blue swapped on the way; what is left of the source, and everything on a big-endian
+// CPU, goes pixel by pixel.
 VANTOR_ROW_LOOP void Convert(const unsigned char* __restrict src, unsigned char* __restrict dst,
-                             size_t pixels, size_t size) {
+                             size_t pixels) {
     size_t i = 0;
-    for (; kLittleEndian && (i + kBlock) * 3 + 1 <= size; i += kBlock) {
-        uint32_t out[kBlock];
-        for (size_t k = 0; k < kBlock; ++k) {
-            uint32_t word;
-            std::memcpy(&word, src + (i + k) * 3, 4);
-            out[k] = (word & 0xFFu) << 16 | (word & 0xFF00u) | (word >> 16 & 0xFFu);
-        }
-        std::memcpy(dst + i * 4, out, sizeof out);
-    }
+    for (; kLittleEndian && i + kBlock <= pixels; i += kBlock)
+        Vantor::Packed24::Spread<Vantor::Packed24::kSwapOrder>(src + i * 3, dst + i * 4);
     for (; i < pixels; ++i) ConvertPixel(src + i * 3, dst + i * 4);
 }
 
@@ -47,6 +39,6 @@ VANTOR_ROW_LOOP void Convert(const unsigned char* __restrict src, unsigned char*
 int RGB_to_RGBA(const unsigned char* src, unsigned char* dst, int size) {
     if (src == nullptr || dst == nullptr || size < 1) return -2;
     // Counts in size_t: 4 * i passes INT_MAX once size nears 1.6e9 bytes.
-    Convert(src, dst, static_cast<size_t>(size) / 3, static_cast<size_t>(size));
+    Convert(src, dst, static_cast<size_t>(size) / 3);
     return static_cast<int>(4LL * size / 3);
 }

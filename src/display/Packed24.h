@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// Sixteen 24-bit pixels are exactly three 16-byte vectors, and sixteen 32-bit words four.
+// On a little-endian CPU a pixel's three bytes are the low three of its word, so a block
+// moves between the two forms by picking bytes: one constant byte shuffle per vector,
+// which x86-64 (from SSSE3 on), NEON and other vector units do in an instruction or two.
+// Written with the compilers' generic vector extension (GCC 12 and clang both know
+// __builtin_shufflevector) rather than one CPU's intrinsics, so the same source builds
+// everywhere; the same work written with shifts of whole words compiled to scalar code
+// and cost three to four times the memory floor. Where there is no vector unit to
+// shuffle with (armhf's baseline has no NEON, 32-bit x86 no SSSE3) the compiler would
+// take the shuffles apart byte by byte, four times slower than shifting whole words, so
+// there the words are shifted.
+//
+// An order says which of a pixel's three bytes each byte of the other form takes: three
+// 2-bit fields, lowest first. kKeepOrder (0, 1, 2) keeps them as they are, kSwapOrder
+// (2, 1, 0) swaps the first and the last on the way.
+#include <cstdint>
+#include <cstring>
+#include <utility>
+
+namespace Vantor {
+namespace Packed24 {
+
+const bool kLittleEndian = __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__;
+#if defined(__x86_64__) || defined(__SSSE3__) || defined(__aarch64__) || defined(__ARM_NEON)
+const bool kByteShuffles = true;
+#else
+const bool kByteShuffles = false;
+#endif
+const int kKeepOrder = 0x24;
+const int kSwapOrder = 0x06;
+
+typedef uint8_t Lane __attribute__((vector_size(16)));
+
+constexpr int Field(int order, int byte) {
+    return order >> (2 * byte) & 3;
+}
+
+// Byte j of packed vector k (of 3) belongs to pixel p = (16k + j) / 3, counted from the
+// first of the two word vectors k and k + 1 it is taken from.
+constexpr int PackedFrom(int k, int j, int order) {
+    return (16 * k + j) / 3 * 4 + Field(order, (16 * k + j) % 3) - 16 * k;
+}
+
+// Byte j of word vector m (of 4) is byte j % 4 of pixel 4m + j / 4, counted from the first
+// of the two packed vectors it is taken from (0 and 1 for m < 2, else 1 and 2). A word's
+// fourth byte is taken from anywhere and masked off.
+constexpr int SpreadFrom(int m, int j, int order) {
+    return j % 4 == 3 ? 0 : (4 * m + j / 4) * 3 + Field(order, j % 4) - (m > 1 ? 16 : 0);
+}
+
+template <int K, int Order, int... J>
+[[gnu::always_inline]] inline Lane Packed(const Lane& a, const Lane& b,
+                                          std::integer_sequence<int, J...>) {
+    return __builtin_shufflevector(a, b, PackedFrom(K, J, Order)...);
+}
+
+template <int M, int Order, int... J>
+[[gnu::always_inline]] inline Lane Spread(const Lane& a, const Lane& b,
+                                          std::integer_sequence<int, J...>) {
+    return __builtin_shufflevector(a, b, SpreadFrom(M, J, Order)...);
+}
+
+// Vectors go to and from memory one at a time: gathered in an array, GCC moved the array
+// through the stack as one 64-byte value, and the CPU cannot forward four 16-byte stores
+// into one wide load.
+[[gnu::always_inline]] inline Lane LoadLane(const void* from) {
+    Lane lane;
+    std::memcpy(&lane, from, sizeof lane);
+    return lane;
+}
+
+[[gnu::always_inline]] inline void StoreLane(void* to, const Lane& lane) {
+    std::memcpy(to, &lane, sizeof lane);
+}
+
+// A word's three bytes in the order asked for, its fourth byte 0.
+template <int Order>
+[[gnu::always_inline]] inline uint32_t Reorder(uint32_t word) {
+    if (Order == kKeepOrder) return word & 0xFFFFFFu;
+    return (word & 0xFF00u) | (word >> 16 & 0xFFu) | (word & 0xFFu) << 16;
+}
+
+[[gnu::always_inline]] inline uint32_t LoadWord(const uint8_t* from) {
+    uint32_t word;
+    std::memcpy(&word, from, sizeof word);
+    return word;
+}
+
+[[gnu::always_inline]] inline void StoreWord(uint8_t* to, uint32_t word) {
+    std::memcpy(to, &word, sizeof word);
+}
+
+// 16 words (their fourth bytes dropped) to 48 bytes.
+template <int Order = kKeepOrder>
+[[gnu::always_inline]] inline void Pack(const uint32_t* __restrict words,
+                                        uint8_t* __restrict packed) {
+    if (!kByteShuffles) {
+        // Four pixels are three words.
+        for (int g = 0; g < 16; g += 4, words += 4, packed += 12) {
+            const uint32_t a = Reorder<Order>(words[0]), b = Reorder<Order>(words[1]),
+                           c = Reorder<Order>(words[2]), d = Reorder<Order>(words[3]);
+            StoreWord(packed, a | b << 24);
+            StoreWord(packed + 4, b >> 8 | c << 16);
+            StoreWord(packed + 8, c >> 16 | d << 8);
+        }
+        return;
+    }
+    const auto bytes = std::make_integer_sequence<int, 16>();
+    const Lane v0 = LoadLane(words), v1 = LoadLane(words + 4), v2 = LoadLane(words + 8),
+               v3 = LoadLane(words + 12);
+    StoreLane(packed, Packed<0, Order>(v0, v1, bytes));
+    StoreLane(packed + 16, Packed<1, Order>(v1, v2, bytes));
+    StoreLane(packed + 32, Packed<2, Order>(v2, v3, bytes));
+}
+
+// 48 bytes to 16 words (64 bytes at `words`, any alignment) whose fourth byte is 0.
+template <int Order = kKeepOrder>
+[[gnu::always_inline]] inline void Spread(const uint8_t* __restrict packed,
+                                          uint8_t* __restrict words) {
+    if (!kByteShuffles) {
+        for (int g = 0; g < 16; g += 4, packed += 12, words += 16) {
+            const uint32_t a = LoadWord(packed), b = LoadWord(packed + 4), c = LoadWord(packed + 8);
+            StoreWord(words, Reorder<Order>(a));
+            StoreWord(words + 4, Reorder<Order>(a >> 24 | b << 8));
+            StoreWord(words + 8, Reorder<Order>(b >> 16 | c << 16));
+            StoreWord(words + 12, Reorder<Order>(c >> 8));
+        }
+        return;
+    }
+    const auto bytes = std::make_integer_sequence<int, 16>();
+    const Lane low = {255, 255, 255, 0, 255, 255, 255, 0, 255, 255, 255, 0, 255, 255, 255, 0};
+    const Lane p0 = LoadLane(packed), p1 = LoadLane(packed + 16), p2 = LoadLane(packed + 32);
+    StoreLane(words, Spread<0, Order>(p0, p1, bytes) & low);
+    StoreLane(words + 16, Spread<1, Order>(p0, p1, bytes) & low);
+    StoreLane(words + 32, Spread<2, Order>(p1, p2, bytes) & low);
+    StoreLane(words + 48, Spread<3, Order>(p1, p2, bytes) & low);
+}
+
+}  // namespace Packed24
+}  // namespace Vantor
