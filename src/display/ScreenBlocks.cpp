@@ -391,8 +391,16 @@ bool IsXbgr8888(const CPixelFormat& f) {
            f.green.length == 8 && f.blue.offset == 16 && f.blue.length == 8;
 }
 
-// A tile onto XBGR8888 panel memory.
-void GatherSwapped(const TileMover& mover, const uint32_t* colours, uint32_t* panel) {
+// A tile straight onto 32-bit panel memory in the canvases' own layout, and in
+// XBGR8888. The mover is a copy of its own: the vector stores may write any memory, so
+// the compiler would reload a mover it reaches by reference after every block.
+typedef void (*GatherTile)(TileMover mover, const uint32_t* colours, uint32_t* panel);
+
+void GatherAsIs(TileMover mover, const uint32_t* colours, uint32_t* panel) {
+    mover.Gather(colours, panel);
+}
+
+void GatherSwapped(TileMover mover, const uint32_t* colours, uint32_t* panel) {
     mover.Gather(colours, panel, SwapRedBlue());
 }
 
@@ -411,8 +419,8 @@ struct ShuffleRedBlue {
     void operator()(uint32_t& c) const { SwapRedBlue()(c); }
 };
 
-__attribute__((target("ssse3"))) void GatherShuffled(const TileMover& mover,
-                                                     const uint32_t* colours, uint32_t* panel) {
+__attribute__((target("ssse3"))) void GatherShuffled(TileMover mover, const uint32_t* colours,
+                                                     uint32_t* panel) {
     mover.Gather(colours, panel, ShuffleRedBlue());
 }
 #endif
@@ -487,10 +495,9 @@ void CScreen::EncodeBlock(const uint32_t* colours, size_t pitch, int x, int y, i
         return;
     }
     const bool direct = (format.IsNative() || swapped) && IsAligned(pStart, stride, 4);
+    GatherTile gather = swapped ? GatherSwapped : GatherAsIs;
 #if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__)
-    const auto gatherSwapped = __builtin_cpu_supports("ssse3") ? GatherShuffled : GatherSwapped;
-#else
-    const auto gatherSwapped = GatherSwapped;
+    if (swapped && __builtin_cpu_supports("ssse3")) gather = GatherShuffled;
 #endif
     uint32_t tile[kTileRows * kTileColumns];
     Walk(
@@ -501,8 +508,7 @@ void CScreen::EncodeBlock(const uint32_t* colours, size_t pitch, int x, int y, i
         [&](const TileMover& mover, ptrdiff_t at, uint8_t* device) {
             uint32_t* panel = reinterpret_cast<uint32_t*>(device);
             if (direct) {
-                swapped ? gatherSwapped(mover, colours + at, panel)
-                        : mover.Gather(colours + at, panel);
+                gather(mover, colours + at, panel);
                 return;
             }
             mover.Gather(colours + at, tile);
