@@ -490,7 +490,7 @@ void CScreen::EncodeBlock(const uint32_t* colours, size_t pitch, int x, int y, i
     };
     const bool swapped = IsXbgr8888(format);
     if (rotation != 0 && (TurnCells<uint16_t>(*this, x, y, w, h, true, encode) ||
-                          ((rotation == 180 || !(format.IsNative() || swapped)) &&
+                          (!(format.IsNative() || swapped) &&
                            TurnCells<uint32_t>(*this, x, y, w, h, true, encode)))) {
         return;
     }
