@@ -97,7 +97,7 @@ std::vector<std::vector<uint32_t>> Session(const Geometry& g) {
 TEST_F(Interface, EveryRotationShowsTheSamePictureTurnedAndRestoresExactly) {
     const struct {
         int layout, bytes;
-    } layouts[] = {{VP_XRGB8888, 4}, {VP_XBGR8888, 4}, {VP_RGB888, 3},
+    } layouts[] = {{VP_XRGB8888, 4}, {VP_XBGR8888, 4}, {VP_BGRX8888, 4}, {VP_RGB888, 3},
                    {VP_BGR888, 3},   {VP_RGB565, 2},   {VP_BGR565, 2}};
     AddKeypad();
     for (const auto& layout : layouts) {

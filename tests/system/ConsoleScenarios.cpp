@@ -10,7 +10,11 @@
 
 #include <cstdint>
 #include <cstdlib>
+#include <fstream>
+#include <sstream>
+#include <string>
 
+#include "SystemSupport.h"
 #include "vantor.h"
 
 namespace {
@@ -37,6 +41,20 @@ int ChildStatus(int mode, bool crash) {
     return status;
 }
 
+void Write(const char* device, const char* text) {
+    std::ofstream(device) << text << std::flush;
+}
+
+// The framebuffer as fbcat decodes it, kept in /results/NAME for the host to compare
+// with the simulator's picture.
+std::string Reading(const std::string& name) {
+    const std::string path = "/results/" + name;
+    EXPECT_EQ(0, std::system(("/usr/bin/fbcat /dev/fb0 > " + path).c_str()));
+    std::ostringstream bytes;
+    bytes << std::ifstream(path, std::ios::binary).rdbuf();
+    return bytes.str();
+}
+
 }  // namespace
 
 TEST(RealConsole, GivenBackAfterExitAndAfterACrashOrLeftOffOnPurpose) {
@@ -49,5 +67,29 @@ TEST(RealConsole, GivenBackAfterExitAndAfterACrashOrLeftOffOnPurpose) {
     EXPECT_EQ(0, ChildStatus(VANTOR_CONSOLE_OFF_KEPT, false));
     EXPECT_EQ(KD_GRAPHICS, ConsoleMode());
     EXPECT_EQ(0, setConsoleGraphics(VANTOR_CONSOLE_ON));
+    EXPECT_EQ(KD_TEXT, ConsoleMode());
+}
+
+// fbcon bound to the framebuffer writes while a menu waits with the console kept off:
+// two readings a second apart are the same picture (the host compares them with the
+// simulator's), and the terminal is in text mode again once the menu has its key.
+TEST(ConsoleOnTheFramebuffer, MenuKeepsItsPictureWhileTheConsoleWrites) {
+    ASSERT_EQ(KD_TEXT, ConsoleMode());
+    std::string first, second;
+    const auto meanwhile = [&] {
+        sleep(1);  // the keypad is opened just before the menu is drawn
+        Write("/dev/tty1", "a getty would write here\n");
+        Write("/dev/kmsg", "<3>vantor: a kernel message\n");
+        first = Reading("vfb16-console-1.ppm");
+        EXPECT_EQ(KD_GRAPHICS, ConsoleMode());
+        sleep(1);
+        Write("/dev/tty1", "and here\n");
+        second = Reading("vfb16-console-2.ppm");
+    };
+    EXPECT_EQ(0, RunWithKeys("menu.log", {VANTOR_SCREEN, "/dev/fb0", "console-off", "menu"}, {{50}},
+                             meanwhile))
+        << "see menu.log";
+    EXPECT_FALSE(first.empty());
+    EXPECT_TRUE(first == second) << "the console drew between the two readings";
     EXPECT_EQ(KD_TEXT, ConsoleMode());
 }

@@ -88,13 +88,15 @@ pid_t Start(const std::string& log, const std::vector<std::string>& argv) {
 }  // namespace
 
 int RunWithKeys(const std::string& log, const std::vector<std::string>& argv,
-                const std::vector<std::vector<int>>& steps) {
+                const std::vector<std::vector<int>>& steps,
+                const std::function<void()>& meanwhile) {
     const std::string node = TheKeypad().EventNode();
     const pid_t pid = Start(log, argv);
     std::set<pid_t> seen;
     bool keyed = !node.empty();
     for (size_t step = 0; keyed && step < steps.size(); ++step) {
         keyed = NextKeyedProcess(node, seen) != 0;
+        if (keyed && meanwhile) meanwhile();
         // Spaced like a person's presses: at six records a key, a burst overflows the
         // few dozen records evdev keeps for a reader, and the kernel drops the oldest.
         for (int code : steps[step]) {

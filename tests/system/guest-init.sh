@@ -170,20 +170,12 @@ if [ -n "$SCREEN" ]; then
     rmmod vfb
     insmod /modules/vfb.ko vfb_enable=1 videomemorysize=1536000 mode_option=800x480M-16
     read_screen /dev/fb0 vfb16
-    # The console on vfb again, writing while a program keeps it off the picture: two
-    # readings a second apart must both be the program's screen.
+    # The console on vfb again, writing while a menu waits with the console kept off:
+    # two readings a second apart must both be the program's screen with its menu.
     for console in /sys/class/vtconsole/vtcon*; do
         grep -q "frame buffer" "$console/name" && echo 1 > "$console/bind"
     done
-    "$SCREEN" /dev/fb0 hold > /results/console-hold.log 2>&1 &
-    sleep 1
-    echo "a getty would write here" > /dev/tty1
-    echo "<3>vantor: a kernel message" > /dev/kmsg
-    /host/usr/bin/fbcat /dev/fb0 > /results/vfb16-console-1.ppm
-    sleep 1
-    echo "and here" > /dev/tty1
-    /host/usr/bin/fbcat /dev/fb0 > /results/vfb16-console-2.ppm
-    wait
+    step console-menu "$PROGRAM" --gtest_filter='ConsoleOnTheFramebuffer.*'
     # A script keeps the console off between its commands and gives it back at its end:
     # the first two readings are equal, the console's repaint makes the third differ.
     cli="$BUILD/tools/vantor/vantor"
