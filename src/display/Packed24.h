@@ -51,25 +51,25 @@ constexpr int SpreadFrom(int m, int j, int order) {
     return j % 4 == 3 ? 0 : (4 * m + j / 4) * 3 + Field(order, j % 4) - (m > 1 ? 16 : 0);
 }
 
+// Results come back through references, as everywhere a vector crosses a function: by
+// value it would take an ABI that 32-bit x86 without SSE lacks.
 template <int K, int Order, int... J>
-[[gnu::always_inline]] inline Lane Packed(const Lane& a, const Lane& b,
+[[gnu::always_inline]] inline void Packed(const Lane& a, const Lane& b, Lane& out,
                                           std::integer_sequence<int, J...>) {
-    return __builtin_shufflevector(a, b, PackedFrom(K, J, Order)...);
+    out = __builtin_shufflevector(a, b, PackedFrom(K, J, Order)...);
 }
 
 template <int M, int Order, int... J>
-[[gnu::always_inline]] inline Lane Spread(const Lane& a, const Lane& b,
+[[gnu::always_inline]] inline void Spread(const Lane& a, const Lane& b, Lane& out,
                                           std::integer_sequence<int, J...>) {
-    return __builtin_shufflevector(a, b, SpreadFrom(M, J, Order)...);
+    out = __builtin_shufflevector(a, b, SpreadFrom(M, J, Order)...);
 }
 
 // Vectors go to and from memory one at a time: gathered in an array, GCC moved the array
 // through the stack as one 64-byte value, and the CPU cannot forward four 16-byte stores
 // into one wide load.
-[[gnu::always_inline]] inline Lane LoadLane(const void* from) {
-    Lane lane;
+[[gnu::always_inline]] inline void LoadLane(const void* from, Lane& lane) {
     std::memcpy(&lane, from, sizeof lane);
-    return lane;
 }
 
 [[gnu::always_inline]] inline void StoreLane(void* to, const Lane& lane) {
@@ -109,11 +109,17 @@ template <int Order = kKeepOrder>
         return;
     }
     const auto bytes = std::make_integer_sequence<int, 16>();
-    const Lane v0 = LoadLane(words), v1 = LoadLane(words + 4), v2 = LoadLane(words + 8),
-               v3 = LoadLane(words + 12);
-    StoreLane(packed, Packed<0, Order>(v0, v1, bytes));
-    StoreLane(packed + 16, Packed<1, Order>(v1, v2, bytes));
-    StoreLane(packed + 32, Packed<2, Order>(v2, v3, bytes));
+    Lane v0, v1, v2, v3, out;
+    LoadLane(words, v0);
+    LoadLane(words + 4, v1);
+    LoadLane(words + 8, v2);
+    LoadLane(words + 12, v3);
+    Packed<0, Order>(v0, v1, out, bytes);
+    StoreLane(packed, out);
+    Packed<1, Order>(v1, v2, out, bytes);
+    StoreLane(packed + 16, out);
+    Packed<2, Order>(v2, v3, out, bytes);
+    StoreLane(packed + 32, out);
 }
 
 // 48 bytes to 16 words (64 bytes at `words`, any alignment) whose fourth byte is 0.
@@ -132,11 +138,52 @@ template <int Order = kKeepOrder>
     }
     const auto bytes = std::make_integer_sequence<int, 16>();
     const Lane low = {255, 255, 255, 0, 255, 255, 255, 0, 255, 255, 255, 0, 255, 255, 255, 0};
-    const Lane p0 = LoadLane(packed), p1 = LoadLane(packed + 16), p2 = LoadLane(packed + 32);
-    StoreLane(words, Spread<0, Order>(p0, p1, bytes) & low);
-    StoreLane(words + 16, Spread<1, Order>(p0, p1, bytes) & low);
-    StoreLane(words + 32, Spread<2, Order>(p1, p2, bytes) & low);
-    StoreLane(words + 48, Spread<3, Order>(p1, p2, bytes) & low);
+    Lane p0, p1, p2, out;
+    LoadLane(packed, p0);
+    LoadLane(packed + 16, p1);
+    LoadLane(packed + 32, p2);
+    Spread<0, Order>(p0, p1, out, bytes);
+    StoreLane(words, out & low);
+    Spread<1, Order>(p0, p1, out, bytes);
+    StoreLane(words + 16, out & low);
+    Spread<2, Order>(p1, p2, out, bytes);
+    StoreLane(words + 32, out & low);
+    Spread<3, Order>(p1, p2, out, bytes);
+    StoreLane(words + 48, out & low);
+}
+
+// Four pixels of a turned transfer, which packs one quad of a panel row at a time: four
+// words (a vector) to 12 bytes and back. No memory in between: a quad that went through
+// a byte array came back from the stack many times slower.
+typedef uint32_t Words4 __attribute__((vector_size(16)));
+typedef uint64_t Halves2 __attribute__((vector_size(16)));
+
+template <int Order = kKeepOrder>
+[[gnu::always_inline]] inline void PackQuad(const Words4& words, uint8_t* packed) {
+    const Lane v = reinterpret_cast<const Lane&>(words);
+    const Lane out = __builtin_shufflevector(
+        v, v, PackedFrom(0, 0, Order), PackedFrom(0, 1, Order), PackedFrom(0, 2, Order),
+        PackedFrom(0, 3, Order), PackedFrom(0, 4, Order), PackedFrom(0, 5, Order),
+        PackedFrom(0, 6, Order), PackedFrom(0, 7, Order), PackedFrom(0, 8, Order),
+        PackedFrom(0, 9, Order), PackedFrom(0, 10, Order), PackedFrom(0, 11, Order), 0, 0, 0, 0);
+    const Halves2 halves = reinterpret_cast<const Halves2&>(out);
+    const uint64_t low = halves[0];
+    const uint32_t high = uint32_t(halves[1]);
+    std::memcpy(packed, &low, 8);
+    std::memcpy(packed + 8, &high, 4);
+}
+
+[[gnu::always_inline]] inline void SpreadQuad(const uint8_t* packed, Words4& words) {
+    uint64_t low;
+    uint32_t high;
+    std::memcpy(&low, packed, 8);
+    std::memcpy(&high, packed + 8, 4);
+    const Halves2 halves = {low, high};
+    const Lane v = reinterpret_cast<const Lane&>(halves);
+    const Lane low3 = {255, 255, 255, 0, 255, 255, 255, 0, 255, 255, 255, 0, 255, 255, 255, 0};
+    const Lane out =
+        __builtin_shufflevector(v, v, 0, 1, 2, 0, 3, 4, 5, 0, 6, 7, 8, 0, 9, 10, 11, 0) & low3;
+    words = reinterpret_cast<const Words4&>(out);
 }
 
 }  // namespace Packed24

@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "Packed24.h"
 #include "vantor/Screen.h"
 
 namespace Vantor {
@@ -63,6 +64,19 @@ struct SwapRedBlue {
     }
 };
 
+// Quad r takes lane r of every quad: a 4 x 4 block turned about its diagonal, in
+// registers.
+__attribute__((always_inline)) inline void TurnQuads(Quad& q0, Quad& q1, Quad& q2, Quad& q3) {
+    const Quad t0 = __builtin_shufflevector(q0, q1, 0, 4, 1, 5);
+    const Quad t1 = __builtin_shufflevector(q0, q1, 2, 6, 3, 7);
+    const Quad t2 = __builtin_shufflevector(q2, q3, 0, 4, 1, 5);
+    const Quad t3 = __builtin_shufflevector(q2, q3, 2, 6, 3, 7);
+    q0 = __builtin_shufflevector(t0, t2, 0, 1, 4, 5);
+    q1 = __builtin_shufflevector(t0, t2, 2, 3, 6, 7);
+    q2 = __builtin_shufflevector(t1, t3, 0, 1, 4, 5);
+    q3 = __builtin_shufflevector(t1, t3, 2, 3, 6, 7);
+}
+
 // Row r of `to` takes column r of a 4 x 4 block of `from`, each quad changed by `pack`
 // on its way; either side's rows may run backwards (a negative stride), which turns the
 // block by a quarter either way. Always inlined: a call per block would cost as much as
@@ -71,19 +85,12 @@ template <typename From, typename To, typename Pack = Unchanged>
 __attribute__((always_inline)) inline void Transpose4(const From* from, ptrdiff_t fromStride,
                                                       To* to, ptrdiff_t toStride,
                                                       const Pack& pack = Pack()) {
-    Quad a0, a1, a2, a3;
-    LoadQuad(from, a0);
-    LoadQuad(from + fromStride, a1);
-    LoadQuad(from + 2 * fromStride, a2);
-    LoadQuad(from + 3 * fromStride, a3);
-    const Quad t0 = __builtin_shufflevector(a0, a1, 0, 4, 1, 5);
-    const Quad t1 = __builtin_shufflevector(a0, a1, 2, 6, 3, 7);
-    const Quad t2 = __builtin_shufflevector(a2, a3, 0, 4, 1, 5);
-    const Quad t3 = __builtin_shufflevector(a2, a3, 2, 6, 3, 7);
-    Quad b0 = __builtin_shufflevector(t0, t2, 0, 1, 4, 5);
-    Quad b1 = __builtin_shufflevector(t0, t2, 2, 3, 6, 7);
-    Quad b2 = __builtin_shufflevector(t1, t3, 0, 1, 4, 5);
-    Quad b3 = __builtin_shufflevector(t1, t3, 2, 3, 6, 7);
+    Quad b0, b1, b2, b3;
+    LoadQuad(from, b0);
+    LoadQuad(from + fromStride, b1);
+    LoadQuad(from + 2 * fromStride, b2);
+    LoadQuad(from + 3 * fromStride, b3);
+    TurnQuads(b0, b1, b2, b3);
     pack(b0);
     pack(b1);
     pack(b2);
@@ -140,7 +147,77 @@ class TileMover {
             [&](ptrdiff_t buffer, ptrdiff_t cell) { at[buffer] = tile[cell]; });
     }
 
+    // Quarter turns onto packed 24-bit panel memory (rows `tileStride` bytes apart): each
+    // 4 x 4 block is turned in registers and each panel row's quad packed on its way by
+    // `pack`, so a tile needs no buffer and no second pass through a row conversion.
+    template <typename Pack>
+    void GatherPacked(const uint32_t* at, uint8_t* panel, const Pack& pack) const {
+        const ptrdiff_t step = path.columnStep;
+        VisitQuarter(
+            [&](ptrdiff_t buffer, uint8_t* first, ptrdiff_t down) {
+                Quad q0, q1, q2, q3;
+                LoadQuad(at + buffer, q0);
+                LoadQuad(at + buffer + step, q1);
+                LoadQuad(at + buffer + 2 * step, q2);
+                LoadQuad(at + buffer + 3 * step, q3);
+                TurnQuads(q0, q1, q2, q3);
+                pack.Four(q0, first);
+                pack.Four(q1, first + down);
+                pack.Four(q2, first + 2 * down);
+                pack.Four(q3, first + 3 * down);
+            },
+            [&](ptrdiff_t buffer, uint8_t* pixel) { pack.One(at[buffer], pixel); }, panel);
+    }
+
+    // The same backwards: packed 24-bit panel pixels to raw words in the buffer.
+    void ScatterPacked(const uint8_t* panel, uint32_t* at) const {
+        const ptrdiff_t step = path.columnStep;
+        VisitQuarter(
+            [&](ptrdiff_t buffer, uint8_t* first, ptrdiff_t down) {
+                Quad q0, q1, q2, q3;
+                Packed24::SpreadQuad(first, q0);
+                Packed24::SpreadQuad(first + down, q1);
+                Packed24::SpreadQuad(first + 2 * down, q2);
+                Packed24::SpreadQuad(first + 3 * down, q3);
+                TurnQuads(q0, q1, q2, q3);
+                StoreQuad(at + buffer, q0);
+                StoreQuad(at + buffer + step, q1);
+                StoreQuad(at + buffer + 2 * step, q2);
+                StoreQuad(at + buffer + 3 * step, q3);
+            },
+            [&](ptrdiff_t buffer, uint8_t* pixel) {
+                uint32_t word = 0;
+                std::memcpy(&word, pixel, 3);
+                at[buffer] = word;
+            },
+            const_cast<uint8_t*>(panel));
+    }
+
   private:
+    // Calls block(buffer offset, the block's first panel row's first byte, bytes from one
+    // of its panel rows to the next) per 4 x 4 block of a quarter turn, and
+    // pixel(buffer offset, panel byte) for every other pixel. The buffer side of a block
+    // starts at its lowest address.
+    template <typename Block4, typename Pixel>
+    void VisitQuarter(Block4 block, Pixel pixel, uint8_t* panel) const {
+        const int blockRows = rows & ~3;
+        const int blockColumns = columns & ~3;
+        const bool backwards = path.rowStep < 0;
+        const ptrdiff_t down = backwards ? -tileStride : tileStride;
+        for (int j = 0; j < blockRows; j += 4) {
+            const int first = backwards ? j + 3 : j;
+            uint8_t* row = panel + first * tileStride;
+            for (int i = 0; i < blockColumns; i += 4) {
+                block(first * path.rowStep + i * path.columnStep, row + i * 3, down);
+            }
+        }
+        for (int j = 0; j < rows; ++j) {
+            for (int i = j < blockRows ? blockColumns : 0; i < columns; ++i) {
+                pixel(j * path.rowStep + i * path.columnStep, panel + j * tileStride + i * 3);
+            }
+        }
+    }
+
     // Calls block(buffer offset, tile offset, tile row stride) per 4 x 4 block of a
     // quarter turn, run(buffer offset, tile offset) per run of 4 of a half turn, and
     // pixel(buffer offset, tile offset) for every other pixel. The buffer side of a
@@ -425,6 +502,67 @@ __attribute__((target("ssse3"))) void GatherShuffled(TileMover mover, const uint
 }
 #endif
 
+// Canvas colours or raw words into packed 24-bit panel pixels, a quad or one at a time,
+// with red and blue in the order of Packed24.h.
+template <int Order>
+struct PackInto24 {
+    void Four(const Quad& quad, uint8_t* to) const { Packed24::PackQuad<Order>(quad, to); }
+    void One(uint32_t word, uint8_t* to) const {
+        const uint32_t packed = Packed24::Reorder<Order>(word);
+        std::memcpy(to, &packed, 3);
+    }
+};
+
+// The byte order of a packed 24-bit layout of 8-bit channels that the turned transfers
+// pack inside the turn (RGB888 as it is, BGR888 swapped); 0 for every other layout, and
+// on a big-endian CPU, where a word's low bytes are not its first ones.
+int PackedOrder(const CPixelFormat& f) {
+    const bool bytes = f.bitsPerPixel == 24 && f.red.length == 8 && f.green.length == 8 &&
+                       f.blue.length == 8 && f.green.offset == 8 && Packed24::kLittleEndian;
+    if (bytes && f.red.offset == 16 && f.blue.offset == 0) return Packed24::kKeepOrder;
+    if (bytes && f.red.offset == 0 && f.blue.offset == 16) return Packed24::kSwapOrder;
+    return 0;
+}
+
+// Raw packed 24-bit pixels, whatever their channels: their bytes keep their order.
+bool IsPacked24(const CPixelFormat& f) {
+    return f.getBytesPerPixel() == 3 && Packed24::kLittleEndian;
+}
+
+// Packing inside the turn pays only with a byte shuffle in the vector unit: taken apart
+// into byte moves it would cost many times the tile route. On x86-64 these tiles are
+// built for SSSE3 and used where the CPU has it (GCC only, as in RowLoop.h); elsewhere
+// where the build's own vector unit shuffles (NEON); otherwise the tile route stays.
+typedef void (*PackedTile)(TileMover mover, ptrdiff_t at, const uint32_t* from, uint8_t* panel);
+
+#if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__)
+#define VANTOR_SHUFFLE_TILE __attribute__((target("ssse3")))
+bool CanShuffle() {
+    return __builtin_cpu_supports("ssse3");
+}
+#elif defined(__x86_64__) && !defined(__SSSE3__)
+#define VANTOR_SHUFFLE_TILE
+bool CanShuffle() {
+    return false;
+}
+#else
+#define VANTOR_SHUFFLE_TILE
+bool CanShuffle() {
+    return Packed24::kByteShuffles;
+}
+#endif
+
+template <int Order>
+VANTOR_SHUFFLE_TILE void PackTile(TileMover mover, ptrdiff_t at, const uint32_t* from,
+                                  uint8_t* panel) {
+    mover.GatherPacked(from + at, panel, PackInto24<Order>());
+}
+
+VANTOR_SHUFFLE_TILE void SpreadTile(TileMover mover, ptrdiff_t at, const uint8_t* panel,
+                                    uint32_t* to) {
+    mover.ScatterPacked(panel, to + at);
+}
+
 }  // namespace
 
 CScreen::Block CScreen::PanelBlock(int x, int y, int w, int h) const {
@@ -488,6 +626,17 @@ void CScreen::EncodeBlock(const uint32_t* colours, size_t pitch, int x, int y, i
         format.EncodeRow(colours + size_t(r) * pitch + c, reinterpret_cast<uint8_t*>(cells),
                          size_t(n));
     };
+    const int packed = rotation % 180 != 0 && CanShuffle() ? PackedOrder(format) : 0;
+    if (packed != 0) {
+        const PackedTile tile = packed == Packed24::kKeepOrder ? PackTile<Packed24::kKeepOrder>
+                                                               : PackTile<Packed24::kSwapOrder>;
+        Walk(
+            pitch, x, y, w, h, ptrdiff_t(stride), [](ptrdiff_t, uint8_t*, int) {},
+            [&](const TileMover& mover, ptrdiff_t at, uint8_t* device) {
+                tile(mover, at, colours, device);
+            });
+        return;
+    }
     const bool swapped = IsXbgr8888(format);
     if (rotation != 0 && (TurnCells<uint16_t>(*this, x, y, w, h, true, encode) ||
                           (!(format.IsNative() || swapped) &&
@@ -536,6 +685,14 @@ void CScreen::ReadBlock(uint32_t* raw, size_t pitch, int x, int y, int w, int h)
         format.ReadRaw(reinterpret_cast<const uint8_t*>(cells), raw + size_t(r) * pitch + c,
                        size_t(n));
     };
+    if (rotation % 180 != 0 && IsPacked24(format) && CanShuffle()) {
+        Walk(
+            pitch, x, y, w, h, ptrdiff_t(stride), [](ptrdiff_t, uint8_t*, int) {},
+            [&](const TileMover& mover, ptrdiff_t at, uint8_t* device) {
+                SpreadTile(mover, at, device, raw);
+            });
+        return;
+    }
     if (rotation != 0 &&
         (TurnCells<uint16_t>(*this, x, y, w, h, false, read) ||
          (rotation == 180 && TurnCells<uint32_t>(*this, x, y, w, h, false, read)))) {
@@ -569,6 +726,14 @@ void CScreen::WriteBlock(const uint32_t* raw, size_t pitch, int x, int y, int w,
     const auto write = [&](int r, int c, auto* cells, int n) {
         format.WriteRaw(raw + size_t(r) * pitch + c, reinterpret_cast<uint8_t*>(cells), size_t(n));
     };
+    if (rotation % 180 != 0 && IsPacked24(format) && CanShuffle()) {
+        Walk(
+            pitch, x, y, w, h, ptrdiff_t(stride), [](ptrdiff_t, uint8_t*, int) {},
+            [&](const TileMover& mover, ptrdiff_t at, uint8_t* device) {
+                PackTile<Packed24::kKeepOrder>(mover, at, raw, device);
+            });
+        return;
+    }
     if (rotation != 0 &&
         (TurnCells<uint16_t>(*this, x, y, w, h, true, write) ||
          (rotation == 180 && TurnCells<uint32_t>(*this, x, y, w, h, true, write)))) {
