@@ -44,7 +44,7 @@ make_initramfs() {
   cp "$here/guest-init.sh" "$root/init"
   cp "$here/copy-scenarios.sh" "$root/copy-scenarios.sh"
   for list in "base:virtio_pci 9pnet_virtio 9p evdev uinput" "vfb:vfb" "bochs:bochs" \
-    "virtio-gpu:virtio-gpu" "disks:virtio_blk nls_cp437 nls_ascii vfat ext4"; do
+    "virtio-gpu:virtio-gpu" "disks:virtio_blk nls_cp437 nls_ascii vfat crc32c_generic ext4"; do
     MODULES_SEEN=""
     : > "$root/modules/${list%%:*}.order"
     # shellcheck disable=SC2086 # a list of module names
