@@ -80,6 +80,8 @@ class VANTOR_API CScreen {
               Tiles tiles) const;
     template <typename Direct, typename Converted>
     void RawTiles(Direct direct, Converted converted) const;
+    template <typename Tiles>
+    bool PackedTurn(size_t pitch, int x, int y, int w, int h, Tiles tiles) const;
 
     int rotation;
     const CDisplayDevice* pDevice;

@@ -33,6 +33,8 @@ const int kKeepOrder = 0x24;
 const int kSwapOrder = 0x06;
 
 typedef uint8_t Lane __attribute__((vector_size(16)));
+// Keeps the three bytes of each of four words, clears the fourth.
+const Lane kLowThree = {255, 255, 255, 0, 255, 255, 255, 0, 255, 255, 255, 0, 255, 255, 255, 0};
 
 constexpr int Field(int order, int byte) {
     return order >> (2 * byte) & 3;
@@ -137,19 +139,18 @@ template <int Order = kKeepOrder>
         return;
     }
     const auto bytes = std::make_integer_sequence<int, 16>();
-    const Lane low = {255, 255, 255, 0, 255, 255, 255, 0, 255, 255, 255, 0, 255, 255, 255, 0};
     Lane p0, p1, p2, out;
     LoadLane(packed, p0);
     LoadLane(packed + 16, p1);
     LoadLane(packed + 32, p2);
     Spread<0, Order>(p0, p1, out, bytes);
-    StoreLane(words, out & low);
+    StoreLane(words, out & kLowThree);
     Spread<1, Order>(p0, p1, out, bytes);
-    StoreLane(words + 16, out & low);
+    StoreLane(words + 16, out & kLowThree);
     Spread<2, Order>(p1, p2, out, bytes);
-    StoreLane(words + 32, out & low);
+    StoreLane(words + 32, out & kLowThree);
     Spread<3, Order>(p1, p2, out, bytes);
-    StoreLane(words + 48, out & low);
+    StoreLane(words + 48, out & kLowThree);
 }
 
 // Four pixels of a turned transfer, which packs one quad of a panel row at a time: four
@@ -158,15 +159,13 @@ template <int Order = kKeepOrder>
 typedef uint32_t Words4 __attribute__((vector_size(16)));
 typedef uint64_t Halves2 __attribute__((vector_size(16)));
 
+// The first vector of a block's shuffles, applied to one vector: its first 12 bytes are
+// the quad packed, its first word vector the quad spread.
 template <int Order = kKeepOrder>
 [[gnu::always_inline]] inline void PackQuad(const Words4& words, uint8_t* packed) {
-    const Lane v = reinterpret_cast<const Lane&>(words);
-    const Lane out = __builtin_shufflevector(
-        v, v, PackedFrom(0, 0, Order), PackedFrom(0, 1, Order), PackedFrom(0, 2, Order),
-        PackedFrom(0, 3, Order), PackedFrom(0, 4, Order), PackedFrom(0, 5, Order),
-        PackedFrom(0, 6, Order), PackedFrom(0, 7, Order), PackedFrom(0, 8, Order),
-        PackedFrom(0, 9, Order), PackedFrom(0, 10, Order), PackedFrom(0, 11, Order), 0, 0, 0, 0);
-    const Halves2 halves = reinterpret_cast<const Halves2&>(out);
+    Lane out;
+    Packed<0, Order>(Lane(words), Lane(words), out, std::make_integer_sequence<int, 16>());
+    const Halves2 halves = Halves2(out);
     const uint64_t low = halves[0];
     const uint32_t high = uint32_t(halves[1]);
     std::memcpy(packed, &low, 8);
@@ -179,11 +178,9 @@ template <int Order = kKeepOrder>
     std::memcpy(&low, packed, 8);
     std::memcpy(&high, packed + 8, 4);
     const Halves2 halves = {low, high};
-    const Lane v = reinterpret_cast<const Lane&>(halves);
-    const Lane low3 = {255, 255, 255, 0, 255, 255, 255, 0, 255, 255, 255, 0, 255, 255, 255, 0};
-    const Lane out =
-        __builtin_shufflevector(v, v, 0, 1, 2, 0, 3, 4, 5, 0, 6, 7, 8, 0, 9, 10, 11, 0) & low3;
-    words = reinterpret_cast<const Words4&>(out);
+    Lane out;
+    Spread<0, kKeepOrder>(Lane(halves), Lane(halves), out, std::make_integer_sequence<int, 16>());
+    words = Words4(out & kLowThree);
 }
 
 }  // namespace Packed24

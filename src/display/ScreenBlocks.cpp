@@ -481,26 +481,41 @@ void GatherSwapped(TileMover mover, const uint32_t* colours, uint32_t* panel) {
     mover.Gather(colours, panel, SwapRedBlue());
 }
 
+// Byte shuffles in turned transfers pay only where the vector unit has one: taken apart
+// into byte moves they cost many times the shifts they replace. On x86-64 the functions
+// that shuffle are built for SSSE3 and chosen per transfer where the CPU has it (GCC
+// only, as in RowLoop.h); elsewhere they are used where the build's own vector unit
+// shuffles (NEON).
 #if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__)
-typedef uint8_t Bytes16 __attribute__((vector_size(16)));
+#define VANTOR_SHUFFLE_TILE __attribute__((target("ssse3")))
+#else
+#define VANTOR_SHUFFLE_TILE
+#endif
 
-// The same swap as one byte shuffle a quad, where the vector unit has one (SSSE3, chosen
-// when the block is drawn; GCC only, as in RowLoop.h): the shifts take six instructions
-// a quad, which left XBGR8888 turned about a fifth slower than the canvases' own layout.
+bool CanShuffle() {
+#if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__)
+    return __builtin_cpu_supports("ssse3");
+#elif defined(__x86_64__) && !defined(__SSSE3__)
+    return false;
+#else
+    return Packed24::kByteShuffles;
+#endif
+}
+
+// The same swap as one byte shuffle a quad: the shifts take six instructions a quad,
+// which left XBGR8888 turned about a fifth slower than the canvases' own layout.
 struct ShuffleRedBlue {
     void operator()(Quad& c) const {
-        const Bytes16 zero = {};
-        c = Quad(__builtin_shufflevector(Bytes16(c), zero, 2, 1, 0, 16, 6, 5, 4, 16, 10, 9, 8, 16,
-                                         14, 13, 12, 16));
+        const Packed24::Lane zero = {};
+        c = Quad(__builtin_shufflevector(Packed24::Lane(c), zero, 2, 1, 0, 16, 6, 5, 4, 16, 10, 9,
+                                         8, 16, 14, 13, 12, 16));
     }
     void operator()(uint32_t& c) const { SwapRedBlue()(c); }
 };
 
-__attribute__((target("ssse3"))) void GatherShuffled(TileMover mover, const uint32_t* colours,
-                                                     uint32_t* panel) {
+VANTOR_SHUFFLE_TILE void GatherShuffled(TileMover mover, const uint32_t* colours, uint32_t* panel) {
     mover.Gather(colours, panel, ShuffleRedBlue());
 }
-#endif
 
 // Canvas colours or raw words into packed 24-bit panel pixels, a quad or one at a time,
 // with red and blue in the order of Packed24.h.
@@ -529,28 +544,9 @@ bool IsPacked24(const CPixelFormat& f) {
     return f.getBytesPerPixel() == 3 && Packed24::kLittleEndian;
 }
 
-// Packing inside the turn pays only with a byte shuffle in the vector unit: taken apart
-// into byte moves it would cost many times the tile route. On x86-64 these tiles are
-// built for SSSE3 and used where the CPU has it (GCC only, as in RowLoop.h); elsewhere
-// where the build's own vector unit shuffles (NEON); otherwise the tile route stays.
+// Packing inside the turn pays only with a byte shuffle (see CanShuffle); otherwise
+// packed 24-bit panels keep the tile route.
 typedef void (*PackedTile)(TileMover mover, ptrdiff_t at, const uint32_t* from, uint8_t* panel);
-
-#if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__)
-#define VANTOR_SHUFFLE_TILE __attribute__((target("ssse3")))
-bool CanShuffle() {
-    return __builtin_cpu_supports("ssse3");
-}
-#elif defined(__x86_64__) && !defined(__SSSE3__)
-#define VANTOR_SHUFFLE_TILE
-bool CanShuffle() {
-    return false;
-}
-#else
-#define VANTOR_SHUFFLE_TILE
-bool CanShuffle() {
-    return Packed24::kByteShuffles;
-}
-#endif
 
 template <int Order>
 VANTOR_SHUFFLE_TILE void PackTile(TileMover mover, ptrdiff_t at, const uint32_t* from,
@@ -618,6 +614,17 @@ void CScreen::Walk(size_t pitch, int x, int y, int w, int h, ptrdiff_t tileStrid
     }
 }
 
+// A quarter turn onto packed 24-bit panel memory, tile by tile straight onto the panel
+// (tiles(mover, offset in the buffer, the tile's first panel byte)); false, with nothing
+// done, for any other turn or layout, or without a byte shuffle.
+template <typename Tiles>
+bool CScreen::PackedTurn(size_t pitch, int x, int y, int w, int h, Tiles tiles) const {
+    if (rotation % 180 == 0 || !IsPacked24(format) || !CanShuffle()) return false;
+    Walk(
+        pitch, x, y, w, h, ptrdiff_t(stride), [](ptrdiff_t, uint8_t*, int) {}, tiles);
+    return true;
+}
+
 // Turned tiles go straight onto 32-bit panel memory in the canvases' own layout and in
 // XBGR8888, swapped on the way; other layouts go through a tile buffer and the layout's
 // row conversion, or (16-bit ones, and other 32-bit ones) convert first (TurnCells).
@@ -626,15 +633,13 @@ void CScreen::EncodeBlock(const uint32_t* colours, size_t pitch, int x, int y, i
         format.EncodeRow(colours + size_t(r) * pitch + c, reinterpret_cast<uint8_t*>(cells),
                          size_t(n));
     };
-    const int packed = rotation % 180 != 0 && CanShuffle() ? PackedOrder(format) : 0;
-    if (packed != 0) {
-        const PackedTile tile = packed == Packed24::kKeepOrder ? PackTile<Packed24::kKeepOrder>
-                                                               : PackTile<Packed24::kSwapOrder>;
-        Walk(
-            pitch, x, y, w, h, ptrdiff_t(stride), [](ptrdiff_t, uint8_t*, int) {},
-            [&](const TileMover& mover, ptrdiff_t at, uint8_t* device) {
-                tile(mover, at, colours, device);
-            });
+    const int order = PackedOrder(format);
+    const PackedTile pack = order == Packed24::kKeepOrder ? PackTile<Packed24::kKeepOrder>
+                                                          : PackTile<Packed24::kSwapOrder>;
+    if (order != 0 &&
+        PackedTurn(pitch, x, y, w, h, [&](const TileMover& mover, ptrdiff_t at, uint8_t* device) {
+            pack(mover, at, colours, device);
+        })) {
         return;
     }
     const bool swapped = IsXbgr8888(format);
@@ -645,9 +650,7 @@ void CScreen::EncodeBlock(const uint32_t* colours, size_t pitch, int x, int y, i
     }
     const bool direct = (format.IsNative() || swapped) && IsAligned(pStart, stride, 4);
     GatherTile gather = swapped ? GatherSwapped : GatherAsIs;
-#if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__)
-    if (swapped && __builtin_cpu_supports("ssse3")) gather = GatherShuffled;
-#endif
+    if (swapped && CanShuffle()) gather = GatherShuffled;
     uint32_t tile[kTileRows * kTileColumns];
     Walk(
         pitch, x, y, w, h, direct ? ptrdiff_t(stride / 4) : ptrdiff_t(kTileColumns),
@@ -685,12 +688,9 @@ void CScreen::ReadBlock(uint32_t* raw, size_t pitch, int x, int y, int w, int h)
         format.ReadRaw(reinterpret_cast<const uint8_t*>(cells), raw + size_t(r) * pitch + c,
                        size_t(n));
     };
-    if (rotation % 180 != 0 && IsPacked24(format) && CanShuffle()) {
-        Walk(
-            pitch, x, y, w, h, ptrdiff_t(stride), [](ptrdiff_t, uint8_t*, int) {},
-            [&](const TileMover& mover, ptrdiff_t at, uint8_t* device) {
-                SpreadTile(mover, at, device, raw);
-            });
+    if (PackedTurn(pitch, x, y, w, h, [&](const TileMover& mover, ptrdiff_t at, uint8_t* device) {
+            SpreadTile(mover, at, device, raw);
+        })) {
         return;
     }
     if (rotation != 0 &&
@@ -726,12 +726,9 @@ void CScreen::WriteBlock(const uint32_t* raw, size_t pitch, int x, int y, int w,
     const auto write = [&](int r, int c, auto* cells, int n) {
         format.WriteRaw(raw + size_t(r) * pitch + c, reinterpret_cast<uint8_t*>(cells), size_t(n));
     };
-    if (rotation % 180 != 0 && IsPacked24(format) && CanShuffle()) {
-        Walk(
-            pitch, x, y, w, h, ptrdiff_t(stride), [](ptrdiff_t, uint8_t*, int) {},
-            [&](const TileMover& mover, ptrdiff_t at, uint8_t* device) {
-                PackTile<Packed24::kKeepOrder>(mover, at, raw, device);
-            });
+    if (PackedTurn(pitch, x, y, w, h, [&](const TileMover& mover, ptrdiff_t at, uint8_t* device) {
+            PackTile<Packed24::kKeepOrder>(mover, at, raw, device);
+        })) {
         return;
     }
     if (rotation != 0 &&
